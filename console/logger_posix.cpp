@@ -11,6 +11,7 @@
 
 #include "console/utf8.h"
 #include "platform/cancellation.h"
+#include "state/process_state.h"
 
 namespace ventrik {
 namespace {
@@ -37,11 +38,13 @@ bool FormatText(std::wstring& text, const wchar_t* format, va_list arguments) {
   return false;
 }
 
+// A write that a signal interrupts is tried again, unless the signal has ended the program: then a
+// terminal that takes no more output must not hold it up.
 bool WriteAll(int descriptor, const std::string& bytes) {
   std::size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t written = write(descriptor, bytes.data() + done, bytes.size() - done);
-    if (written < 0 && errno != EINTR) return false;
+    if (written < 0 && (errno != EINTR || !mainLoopRunning)) return false;
     if (written > 0) done += static_cast<std::size_t>(written);
   }
   return true;

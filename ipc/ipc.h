@@ -137,6 +137,10 @@ struct IpcServer {
   IpcPeer* clients;  // newest first
   char* name;        // own copy
   std::uint32_t processId;
+
+  // Called by ipc_server_accept when a client has shaken hands and stands in `clients`. May be null.
+  void (*onConnect)(IpcPeer& client, void* context);
+  void* onConnectContext;
 };
 
 // Creates both channels and attaches the name. Null on failure, with nothing left standing.

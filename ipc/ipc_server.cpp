@@ -55,7 +55,8 @@ bool AttachToClient(IpcPeer& peer, const IpcControlRecord& request) {
 // The client gets its answer whatever comes of the attaching: it finds out when it sends.
 void AnswerConnect(IpcServer& server, int receiveId, const IpcControlRecord& request) {
   IpcPeer* peer = NewClientRecord(request);
-  if (peer != nullptr && AttachToClient(*peer, request)) {
+  const bool attached = peer != nullptr && AttachToClient(*peer, request);
+  if (attached) {
     peer->next = server.clients;
     server.clients = peer;
   } else if (peer != nullptr) {
@@ -65,6 +66,7 @@ void AnswerConnect(IpcServer& server, int receiveId, const IpcControlRecord& req
                                   {static_cast<std::uint32_t>(server.channel0),
                                    static_cast<std::uint32_t>(server.channel1), server.processId}};
   MsgReply(receiveId, 0, &reply, sizeof reply);
+  if (attached && server.onConnect != nullptr) server.onConnect(*peer, server.onConnectContext);
 }
 
 IpcPeer* FindClient(const IpcServer& server, std::uint32_t processId) {

@@ -51,6 +51,7 @@ bool StartThread(pthread_t& thread, void* (*body)(void*), void* argument) {
   sigemptyset(&ends);
   sigaddset(&ends, SIGINT);
   sigaddset(&ends, SIGTERM);
+  sigaddset(&ends, SIGALRM);
   auto start = std::make_unique<Start>(Start{body, argument});
   Count(+1);
   pthread_sigmask(SIG_BLOCK, &ends, &before);

@@ -11,7 +11,9 @@
 namespace ventrik {
 
 struct CommandParameter {
-  explicit CommandParameter(std::wstring characters) : text(std::move(characters)) {}
+  // The text is a C string wherever it goes, so it ends at its first 0.
+  explicit CommandParameter(const std::wstring& characters)
+      : text(characters, 0, characters.find(L'\0')) {}
 
   std::wstring text;   // the characters between the quotes
   std::string narrow;  // result of the latest ParamNarrow

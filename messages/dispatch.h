@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+// What happens to a message of the server: the waiting, the filter, the text, and how it is shown.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "messages/block_cursor.h"
+#include "state/client_app.h"
+
+namespace ventrik {
+
+struct ResponsePrinter;
+
+// Handles one received block, in this order: a matching `waitresp` ends; a filtered message goes no
+// further; the message's lines are built, an unknown number getting an error line; the finished
+// text goes to QueueResponseText in one piece. A null `message` returns at once. Listener thread.
+void HandleServerMessage(ClientApp& app, ResponsePrinter& printer, const void* message,
+                         std::size_t size);
+
+// The text of one block, without any effect. Pure.
+std::string MessageText(const ReceivedBlock& block);
+
+}  // namespace ventrik

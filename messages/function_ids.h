@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: Apache-2.0
+// The numbers that every message begins with, and their names.
+//
+// REQU_ goes from the client to the server, RESP_ is the server's answer, INFO_ a notice that the
+// server sends unasked. A response's number is mostly its request's number plus 1. The rows behind
+// the name functions stand in messages/catalogue.h. Pure functions, any thread.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace ventrik {
+
+// ORDER FunctionId: messages/catalogue.h and messages/layout_table.cpp list the same messages in
+// the same order.
+enum FunctionId : std::int32_t {
+  FUNC_INVALID = -1,
+
+  // General.
+  REQU_INIT = 0,
+  RESP_INIT = 1,
+  REQU_SET_MEASUREMENT_SYSTEM = 3,
+  REQU_SET_APPEARANCE_STYLE = 12,
+  REQU_START_ROUTE = 14,
+  REQU_STOP_ROUTE = 15,
+  REQU_SET_DEMO_MODE = 16,
+  INFO_DEMO_MODE_STATE = 17,
+  INFO_MEASUREMENT_SYSTEM = 18,
+  INFO_APPEARANCE_STYLE = 19,
+
+  // System.
+  REQU_SHUTDOWN = 100,
+  RESP_SHUTDOWN = 101,
+  REQU_SET_WORLD_PROPERTIES = 116,
+  RESP_SET_WORLD_PROPERTIES = 117,
+  REQU_SCREEN_SHOT = 118,
+  RESP_SCREEN_SHOT = 119,
+  REQU_RESTORE_FACTORY = 120,
+  RESP_RESTORE_FACTORY = 121,
+  INFO_MAP_OVERLAY_AREA = 124,
+  REQU_MAP_OVERLAY_SURFACE = 125,
+  INFO_MAP_OVERLAY_SURFACE_INVALID = 126,
+
+  // Position.
+  REQU_VEH_LOC_INFO_DETAILS = 202,
+  INFO_VEH_LOC_INFO_DETAILS = 203,
+
+  // Search and lists.
+  REQU_GET_AVAILABLE_INFO = 300,
+  RESP_GET_AVAILABLE_INFO = 301,
+  REQU_GET_SPELL = 302,
+  RESP_GET_SPELL = 303,
+  REQU_GET_LIST_INFO = 304,
+  RESP_GET_LIST_INFO = 305,
+  REQU_GET_LIST = 306,
+  RESP_GET_LIST = 307,
+  REQU_GET_DETAILS = 308,
+  RESP_GET_DETAILS = 309,
+  REQU_RESOLVE_LOCATION = 310,
+  RESP_RESOLVE_LOCATION = 311,
+  REQU_ADD_DATA_SRC = 312,
+  RESP_ADD_DATA_SRC = 313,
+  REQU_REM_DATA_SRC = 314,
+  RESP_REM_DATA_SRC = 315,
+
+  // Route and guidance.
+  REQU_GET_INCIDENTS_ON_ROUTE = 400,
+  INFO_GET_INCIDENTS_ON_ROUTE = 401,
+  REQU_BLOCK_ROUTE = 402,
+  RESP_BLOCK_ROUTE = 403,
+  REQU_NEW_TRIP = 404,
+  RESP_NEW_TRIP = 405,
+  REQU_KILL_TRIP = 406,
+  RESP_KILL_TRIP = 407,
+  REQU_START_GUIDANCE = 408,
+  REQU_STOP_GUIDANCE = 409,
+  INFO_ACTIVE_ROUTE_DESC = 410,
+  INFO_NEXT_MAN_INFO = 411,
+  INFO_NEXT_DEST_INFO = 412,
+  INFO_CALC_STATE = 413,
+  REQU_NEW_TRIP_FILE = 414,
+  RESP_NEW_TRIP_FILE = 415,
+  REQU_ROUTE_START_RECORDING = 416,
+  REQU_ROUTE_STOP_RECORDING = 417,
+  RESP_ROUTE_START_RECORDING = 418,
+  INFO_ROUTE_RECORDING_ACTIVE = 419,
+  INFO_ROUTE_RECORDING_COMPLETE = 420,
+  INFO_DESTINATION_REACHED = 421,
+  INFO_LANE_INFORMATION = 431,
+
+  // Audio.
+  INFO_PROMPT_READY = 500,
+  REQU_PROMPT_READY = 501,
+  REQU_SET_ADA = 502,
+  INFO_ADA_IS_ENABLED = 503,
+  REQU_CANCEL_ADA = 504,
+  REQU_REPEAT_ADA = 505,
+  INFO_ACTIVE_AUDIO_SRC = 506,
+  REQU_PLAY_PROMPT = 507,
+  RESP_PLAY_PROMPT = 508,
+
+  // Settings.
+  REQU_SET_LANGUAGE = 600,
+  INFO_LANGUAGE_INFO = 601,
+  INFO_HIGHWAYMODE_UPDATE = 602,
+  REQU_SET_VEH_SPEED_MODE = 603,
+  INFO_VEH_SPEED_MODE = 604,
+  REQU_SET_SAFETY_CAMERA_MODE = 605,
+  INFO_SAFETY_CAMERA_MODE = 606,
+  REQU_USER_INPUT = 607,
+  REQU_SET_DATA_CONNECTION_AVAILABLE = 608,
+  REQU_SET_DATA_CONNECTION_INFO = 609,
+  REQU_SET_VOLUME_LEVEL = 610,
+  INFO_REQU_SET_VOLUME_LEVEL = 611,
+  INFO_HEARTBEAT = 621,
+  REQU_SET_SAFETY_CAMERA_AUDIO_MODE = 630,
+  INFO_SAFETY_CAMERA_AUDIO_MODE = 631,
+
+  // Map.
+  REQU_PICK_INFO = 700,
+  RESP_PICK_INFO = 701,
+  REQU_MAP_CONTROLS = 702,
+  RESP_MAP_CONTROLS = 703,
+
+  // Traffic messages.
+  REQU_SET_TMC_MODE = 800,
+  INFO_TMC_MODE = 801,
+  REQU_SET_TMC_ROUTE_MODE = 802,
+  INFO_TMC_ROUTE_MODE = 803,
+  INFO_TMC_ROUTES_AVAILABLE = 804,
+  INFO_TMC_ROUTE_ACCEPTED = 805,
+  INFO_TMC_ROUTES_DELETED = 806,
+  INFO_TMC_AVOIDS_CHANGED = 807,
+  REQU_TMC_AVOIDS = 809,
+  INFO_TMC_INFO_CHANGED = 810,
+  REQU_TMC_SET_INFO_NOTIFICATION = 811,
+  INFO_TMC_NEW_EVENTS = 812,
+  INFO_TMC_DEL_EVENTS = 813,
+  INFO_TMC_TUNING_MODE = 814,
+  REQU_TMC_TUNING_MODE = 815,
+
+  // Versions and update.
+  REQU_GET_SW_VERSION = 900,
+  REQU_GET_DB_VERSION = 901,
+  RESP_GET_SW_VERSION = 902,
+  RESP_GET_DB_VERSION = 903,
+  REQU_CHECK_FOR_UPDATE = 1000,
+  RESP_CHECK_FOR_UPDATE = 1001,
+  INFO_UPDATE_PROGRESS = 1002,
+  REQU_STORE_DEVICE_STATUS = 1003,
+  RESP_STORE_DEVICE_STATUS = 1004,
+
+  // The tester's own block; the numbers also mark the kinds of records in binary logs.
+  GPS_DATA = 9001,
+  TMC_DATA = 9002,
+  SAVE_VOLTH_LOG = 9003,
+  RDSTMC_DATA = 9004,
+  CMD_STATE_PACKAGE = 9011,
+  CMD_PACKAGE_PIECE = 9012,
+  CMD_PACKAGE_END = 9013,
+  CMD_PACKAGE_LOADED = 9014,
+};
+
+// The name of a catalogued message; nullptr for any other number, FUNC_INVALID included.
+const char* FunctionName(std::int32_t id);
+
+// The number of a catalogued message, whole name compared; -1 for any other text.
+std::int32_t FunctionNumber(std::string_view name);
+
+// The same for the response filter, whose files can't name every message (messages/catalogue.h).
+//   L"RESP_GET_LIST" => 307    L"GPS_DATA" => -1    L"FUNC_INVALID" => -1
+std::int32_t NameToFunctionId(std::wstring_view name);
+
+}  // namespace ventrik

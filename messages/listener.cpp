@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: Apache-2.0
+// Two listeners never receive at once: a new one takes its turn when the one that it replaces,
+// which has been cancelled, has left. Whatever that one had in hand is then answered or owed to the
+// new one (ipc/ipc.h).
+#include "messages/listener.h"
+
+#include <cstdio>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "ipc/client_communication_layer_posix.h"
+#include "messages/dispatch.h"
+#include "platform/cancellation.h"
+#include "platform/thread_start.h"
+#include "state/logger.h"
+#include "state/process_state.h"
+
+namespace ventrik {
+namespace {
+
+constexpr std::size_t kReceiveSize = 512000;  // bytes; the longest message is one byte shorter
+
+std::mutex listenerTurn;
+
+struct ListenerStart {
+  ClientApp& app;
+  COMMUNICATION_LAYER& layer;
+  ResponsePrinter& printer;
+};
+
+void PrintListenError(int result) {
+  if (!listenerErrorsOn) return;
+  logger->print(L"DDEMO:\t");
+  logger->print(L"Listen Error: %d\n", result);
+  logger->print(L"\n");
+}
+
+void* ListenerThread(void* argument) {
+  const std::unique_ptr<ListenerStart> start(static_cast<ListenerStart*>(argument));
+  const std::lock_guard<std::mutex> turn(listenerTurn);
+  std::vector<char> buffer(kReceiveSize);
+  while (!stopRequested) {
+    const int received = start->layer.Receive(buffer.data(), buffer.size());
+    if (received >= 1) {
+      HandleServerMessage(start->app, start->printer, buffer.data(),
+                          static_cast<std::size_t>(received - 1));
+    } else {
+      // Without a pause: a server that stays away gives a fast stream of these lines.
+      PrintListenError(received);
+      pthread_testcancel();
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+void StartListener(ClientApp& app) {
+  platform::CancelAndForget(app.listenerThread);
+  std::fputs("creating listener thread\n", stderr);
+  auto start =
+      std::make_unique<ListenerStart>(ListenerStart{app, *communicationLayer, *responsePrinter});
+  if (platform::StartThread(app.listenerThread, ListenerThread, start.get())) start.release();
+}
+
+}  // namespace ventrik

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "messages/message_text.h"
+
+#include <cstdarg>
+#include <cstddef>
+#include <cstdio>
+
+namespace ventrik {
+
+void AppendFormat(std::string& text, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  va_list again;
+  va_copy(again, arguments);
+  const int length = std::vsnprintf(nullptr, 0, format, arguments);
+  va_end(arguments);
+  if (length > 0) {
+    const std::size_t before = text.size();
+    text.resize(before + static_cast<std::size_t>(length) + 1);
+    std::vsnprintf(text.data() + before, static_cast<std::size_t>(length) + 1, format, again);
+    text.pop_back();  // the terminator
+  }
+  va_end(again);
+}
+
+void AppendLine(std::string& text, std::string_view before, std::string_view value,
+                std::string_view after) {
+  text.append(before).append(value).append(after);
+}
+
+}  // namespace ventrik
