@@ -11,6 +11,7 @@
 #include <poll.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -25,23 +26,27 @@ namespace {
 
 thread_local bool cancelledSendWasAnswered = false;
 
-// Pieces of memory still to be sent or filled. Adding to it never fails for the handful of pieces
-// that messages have.
+// Pieces of memory still to be sent or filled: a header and what goes with it. The few pieces that
+// messages have need no allocation.
 class Pieces {
  public:
-  Pieces(void* head, std::size_t headSize, const iov_t* rest, std::size_t restCount) {
-    list_.reserve(restCount + 1);
-    list_.push_back({head, headSize});
-    for (std::size_t i = 0; i < restCount; ++i) list_.push_back(rest[i]);
-    for (const iov_t& piece : list_) left_ += piece.iov_len;
+  Pieces(void* head, std::size_t headSize, const iov_t* rest, std::size_t restCount)
+      : count_(restCount + 1) {
+    if (count_ > few_.size()) many_.resize(count_);
+    list_ = many_.empty() ? few_.data() : many_.data();
+    list_[0] = {head, headSize};
+    std::copy_n(rest, restCount, list_ + 1);
+    for (std::size_t i = 0; i < count_; ++i) left_ += list_[i].iov_len;
   }
+  Pieces(const Pieces&) = delete;
+  Pieces& operator=(const Pieces&) = delete;
 
   std::size_t left() const { return left_; }
 
   msghdr Header() {
     msghdr whole = {};
-    whole.msg_iov = list_.data() + first_;
-    whole.msg_iovlen = list_.size() - first_;
+    whole.msg_iov = list_ + first_;
+    whole.msg_iovlen = count_ - first_;
     return whole;
   }
 
@@ -58,7 +63,10 @@ class Pieces {
   }
 
  private:
-  std::vector<iov_t> list_;
+  std::array<iov_t, 4> few_;
+  std::vector<iov_t> many_;
+  iov_t* list_;
+  std::size_t count_;
   std::size_t first_ = 0;
   std::size_t left_ = 0;
 };

@@ -1,0 +1,186 @@
+# SPDX-License-Identifier: Apache-2.0
+"""The real programs: a bench engine in a place of its own, and ventrik in a pseudo-terminal.
+
+A test types keys and waits for what the screen shows, never for a time.
+"""
+
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+
+import pexpect
+import pyte
+import pytest
+
+PATIENCE = 30  # seconds until a test counts as hanging
+
+
+def pytest_addoption(parser):
+    parser.addoption("--programs", required=True, help="the folder of ventrik and kelmora-bench")
+
+
+class Place:
+    """A directory to run in, with sockets of its own."""
+
+    def __init__(self, programs):
+        self.programs = pathlib.Path(programs).resolve()
+        self.path = pathlib.Path(tempfile.mkdtemp(prefix="ventrik-terminal-"))
+        self.sockets = self.path / "sockets"
+        self.sockets.mkdir(mode=0o700)
+        self.work = self.path / "work"
+        self.work.mkdir()
+        self.started = []
+
+    def environment(self, **more):
+        environment = {k: v for k, v in os.environ.items() if k != "COLUMNS"}
+        environment.update(XDG_RUNTIME_DIR=str(self.sockets), TERM="xterm", LC_ALL="C", **more)
+        return environment
+
+    def engine(self, *options):
+        engine = subprocess.Popen(
+            [self.programs / "kelmora-bench", *options],
+            stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE,
+            env=self.environment(),
+            cwd=self.work,
+            text=True,
+        )
+        self.started.append(engine)
+        assert "serving" in engine.stdout.readline()
+        return engine
+
+    def tester(self, columns=80, **environment):
+        return Tester(self, columns, environment)
+
+    def sockets_left(self):
+        return [entry.name for entry in self.sockets.rglob("*") if entry.name != "ventrik"]
+
+    def batch(self, name, text):
+        data = b"\xff\xfe" + text.encode("utf-16-le")
+        (self.work / name).write_bytes(data)
+
+    def close(self):
+        for process in self.started:
+            if process.poll() is None:
+                process.kill()
+            process.wait()
+            process.stdout.close()
+            process.stderr.close()
+        shutil.rmtree(self.path)
+
+
+class Screen(pyte.HistoryScreen):
+    """A screen that keeps one cursor position, as terminals do for CSI s and CSI u."""
+
+    kept = (0, 0)
+
+    def keep_cursor(self, *_, **__):
+        self.kept = (self.cursor.y, self.cursor.x)
+
+    def recall_cursor(self, *_, **__):
+        self.cursor_position(self.kept[0] + 1, self.kept[1] + 1)
+
+
+class Stream(pyte.Stream):
+    csi = dict(pyte.Stream.csi, s="keep_cursor", u="recall_cursor")
+    events = pyte.Stream.events | {"keep_cursor", "recall_cursor"}
+
+
+class Tester:
+    """ventrik in a pseudo-terminal, seen as a person sees it."""
+
+    def __init__(self, place, columns, environment):
+        self.screen = Screen(columns, 24, history=5000)
+        self.stream = Stream(self.screen)
+        self.raw = ""
+        self.child = pexpect.spawn(
+            str(place.programs / "ventrik"),
+            env=place.environment(**environment),
+            cwd=str(place.work),
+            dimensions=(24, columns),
+            encoding="utf-8",
+            timeout=PATIENCE,
+        )
+        self.child.delaybeforesend = None
+        place.started.append(self)
+
+    # What Place.close asks of a process.
+    def poll(self):
+        return None if self.child.isalive() else 0
+
+    def kill(self):
+        self.child.kill(signal.SIGKILL)
+
+    def wait(self):
+        self.child.close(force=True)
+
+    class _Nothing:
+        @staticmethod
+        def close():
+            pass
+
+    stdout = stderr = _Nothing
+
+    def _take(self):
+        try:
+            text = self.child.read_nonblocking(65536, timeout=0.05)
+        except (pexpect.TIMEOUT, pexpect.EOF):
+            return
+        self.raw += text
+        self.stream.feed(text)
+
+    def text(self):
+        """Everything shown so far, line by line, scrolled-off lines included."""
+        columns = range(self.screen.columns)
+        lines = [
+            "".join(row[column].data for column in columns).rstrip()
+            for row in self.screen.history.top
+        ]
+        return "\n".join(lines + [row.rstrip() for row in self.screen.display])
+
+    def see(self, sight, times=1):
+        """Waits until the text holds `sight` so many times."""
+        end = time.monotonic() + PATIENCE
+        while self.text().count(sight.rstrip()) < times:
+            self._take()
+            assert time.monotonic() < end, f"never saw {sight!r} x {times} in:\n{self.text()}"
+        return self
+
+    def cursor_line(self):
+        return self.screen.display[self.screen.cursor.y].rstrip()
+
+    def keys(self, keys):
+        self.child.send(keys)
+        return self
+
+    def command(self, line):
+        """ENTER, the line, ENTER; waits for the prompt in between."""
+        before = self.text().count("Cmd>")
+        self.keys("\n").see("Cmd>", before + 1)
+        return self.keys(line + "\n")
+
+    def signal(self, number):
+        self.child.kill(number)
+        return self
+
+    def ends_with(self):
+        """The exit status, or minus the signal that ended it."""
+        end = time.monotonic() + PATIENCE
+        while self.child.isalive():
+            self._take()
+            assert time.monotonic() < end, f"does not end:\n{self.text()}"
+        self._take()
+        if self.child.signalstatus is not None:
+            return -self.child.signalstatus
+        return self.child.exitstatus
+
+
+@pytest.fixture
+def place(request):
+    created = Place(request.config.getoption("--programs"))
+    yield created
+    created.close()

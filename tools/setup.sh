@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
+# Installs the Debian packages that a command of this project needs and that are not there yet.
+# Usage: tools/setup.sh run|test|bench
+set -euo pipefail
+
+usage() {
+  echo "usage: tools/setup.sh run|test|bench" >&2
+  exit 2
+}
+
+build=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev)
+tests=(libgtest-dev clang-format-14 clang-tidy-14 python3 python3-pytest python3-pexpect
+       python3-pyte)
+benchmarks=(libbenchmark-dev)
+
+case "${1-}" in
+  run) wanted=("${build[@]}") ;;
+  test) wanted=("${build[@]}" "${tests[@]}" "${benchmarks[@]}") ;;
+  bench) wanted=("${build[@]}" "${benchmarks[@]}") ;;
+  *) usage ;;
+esac
+
+missing=()
+for package in "${wanted[@]}"; do
+  status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+  [ "$status" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+[ "$(id -u)" = 0 ] || as_root=(sudo)
+echo "Installing: ${missing[*]}"
+"${as_root[@]}" apt-get update -qq
+DEBIAN_FRONTEND=noninteractive "${as_root[@]}" \
+  apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
