@@ -56,6 +56,7 @@ void WriteImage(const HistoryImage& image) {
 
 std::string HistoryFileText(const std::vector<std::wstring>& history, bool& endless) {
   std::string bytes;
+  endless = false;
   const std::size_t first = history.size() > kSavedEntries ? history.size() - kSavedEntries : 0;
   for (std::size_t i = first; i < history.size(); ++i) {
     endless = history[i].empty();
