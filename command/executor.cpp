@@ -32,7 +32,9 @@ void* BatchlogThread(void* argument) {
 void StartBatchlogThread(ClientApp& app, const std::wstring& line) {
   platform::CancelAndForget(app.batchlogThread);
   auto start = std::make_unique<BatchlogStart>(BatchlogStart{app, line});
-  if (platform::StartThread(app.batchlogThread, BatchlogThread, start.get())) start.release();
+  if (platform::StartThread(app.batchlogThread, BatchlogThread, start.get())) {
+    static_cast<void>(start.release());  // the thread's now
+  }
 }
 
 void RunCommand(ClientApp& app, const std::wstring& line) {

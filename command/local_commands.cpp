@@ -22,8 +22,8 @@ namespace {
 
 constexpr std::uint32_t kMillisecondsPerSecond = 1000;
 
-// "on" and "off" set the flag, any other word leaves it.
-void SetFlagByWord(Flag& flag, const CommandLine& line) {
+// "on" sets the flag, "off" clears it, any other word leaves it.
+void SetFlagIfOnOrOff(Flag& flag, const CommandLine& line) {
   if (ParamIs(line, 0, L"on")) flag = 1;
   if (ParamIs(line, 0, L"off")) flag = 0;
 }
@@ -37,7 +37,7 @@ void RunHelp(ClientApp&, CommandLine&) {
 }
 
 void RunPrompt(ClientApp&, CommandLine& line) {
-  SetFlagByWord(autoPromptReady, line);
+  SetFlagIfOnOrOff(autoPromptReady, line);
 }
 
 // The threads end at their next cancellation point; the main loop at its next look at the flag.
@@ -105,7 +105,7 @@ void RunWaitresp(ClientApp&, CommandLine& line) {
 }
 
 void RunWeather(ClientApp&, CommandLine& line) {
-  SetFlagByWord(weatherOn, line);
+  SetFlagIfOnOrOff(weatherOn, line);
 }
 
 constexpr CommandRow kLocalCommands[] = {

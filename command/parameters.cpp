@@ -44,7 +44,8 @@ std::int32_t ParamInt(const CommandParameter& parameter) {
 }
 
 double ParamDouble(const CommandParameter& parameter) {
-  return std::wcstod(parameter.text.c_str(), nullptr);
+  // The process keeps "C" numbers, but a library that it loads may not.
+  return std::wcstod(parameter.text.c_str(), nullptr);  // main leaves LC_NUMERIC at "C"
 }
 
 std::int32_t ParamOnOff(const CommandParameter& parameter) {

@@ -23,7 +23,7 @@ void StripLine(std::wstring& line);
 // comma. Every line that gets here drops the list assignments of the line before.
 int HandleVariableLine(ClientApp& app, std::wstring& line);
 
-// The terms of an assignment's right-hand side, line[from, end), separated by "+".
+// The terms of an assignment's right-hand side, which is `line` from `from` on, separated by "+".
 //   "a+b"+c => "a+b" and c        c+"ab" => c and "ab"
 // Oddity: a quoted term is looked for from its first "+" on, so "ab"+c is a single term.
 std::vector<std::wstring> SplitTokens(const std::wstring& line, std::size_t from);

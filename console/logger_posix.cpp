@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstddef>
@@ -21,7 +22,7 @@ constexpr std::size_t kLongestText = 1u << 24;  // characters; nothing the teste
 
 // Formats into `text`. Returns false if the arguments can't be formatted.
 bool FormatText(std::wstring& text, const wchar_t* format, va_list arguments) {
-  for (std::size_t room = kFirstTry; room <= kLongestText; room *= 4) {
+  for (std::size_t room = kFirstTry;; room = std::min(room * 4, kLongestText)) {
     text.resize(room);
     va_list again;
     va_copy(again, arguments);
@@ -33,9 +34,8 @@ bool FormatText(std::wstring& text, const wchar_t* format, va_list arguments) {
       text.resize(static_cast<std::size_t>(length));
       return true;
     }
-    if (undecodable) return false;
+    if (undecodable || room == kLongestText) return false;
   }
-  return false;
 }
 
 // A write that a signal interrupts is tried again, unless the signal has ended the program: then a

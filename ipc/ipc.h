@@ -74,7 +74,7 @@ struct IpcMessage {
   int channels[2];              // for reading
   int partIndex;                // which of the two comes next
   IpcPeer* clientRecord;        // in a server: the sender, or null if unknown
-  std::uint32_t senderProcess;  // of a received message: the client's process id, as it was sent
+  std::uint32_t senderProcess;  // in a server: the sender's process, whatever id its header gives
 };
 
 // Client half -----------------------------------------------------------------------------------

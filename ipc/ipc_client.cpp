@@ -147,7 +147,11 @@ long ipc_write(IpcMessage* message, const void* data, std::size_t length) {
     bool cancelled = true;
     ~DataPart() {
       message.partIndex = 1;
-      if (cancelled && !platform::CancelledSendWasAnswered()) ForgetConnections(message);
+      if (!cancelled) return;
+      // The end marker is the next thing sent, on the thread's way out, where nothing could cancel
+      // its wait.
+      LimitNextSend(kPartingTimeout);
+      if (!platform::CancelledSendWasAnswered()) ForgetConnections(message);
     }
   };
   LimitNextSend(kIpcDataTimeout);
@@ -211,7 +215,6 @@ IpcMessage* ipc_accept(IpcPeer* peer) {
   message->partIndex = 1;
   message->offset = sizeof record;
   message->remaining = record.words[1];
-  message->senderProcess = record.words[0];
   acquired.message = nullptr;
   return message;
 }

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // Message objects: their pool, and what both halves of the library do with a received one.
-#include <signal.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -38,11 +36,13 @@ void Clear(IpcMessage& message) {
 }
 
 bool SenderIsGone(const IpcMessage& message) {
-  return kill(static_cast<pid_t>(message.senderProcess), 0) != 0 && errno == ESRCH;
+  return platform::ProcessIsGone(static_cast<pid_t>(message.senderProcess));
 }
 
 // MsgReceive on the channel of the next part. A server doesn't wait for a process that has died in
-// the middle of a message; a client waits for its server.
+// the middle of a message; a client waits for its server. An interrupted wait (the process was
+// stopped and continued, for one) goes on: to leave now would leave the end marker to the next
+// message.
 int ReceiveRecord(const IpcMessage& message, IpcControlRecord& record) {
   for (;;) {
     record = {};
@@ -52,8 +52,8 @@ int ReceiveRecord(const IpcMessage& message, IpcControlRecord& record) {
       TimerTimeout(CLOCK_MONOTONIC, _NTO_TIMEOUT_RECEIVE, &unblock, &kSenderCheckInterval, nullptr);
     }
     const int id = MsgReceive(message.channels[message.partIndex], &record, sizeof record, nullptr);
-    if (id >= 0 || errno != ETIMEDOUT) return id;
-    if (SenderIsGone(message)) return -1;
+    if (id >= 0 || (errno != ETIMEDOUT && errno != EINTR)) return id;
+    if (errno == ETIMEDOUT && SenderIsGone(message)) return -1;
   }
 }
 

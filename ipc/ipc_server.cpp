@@ -103,7 +103,8 @@ IpcMessage* ipc_server_accept(IpcServer* server) {
   if (message == nullptr) return nullptr;
   for (;;) {
     IpcControlRecord record = {};
-    const int id = MsgReceive(server->channel0, &record, sizeof record, nullptr);
+    struct _msg_info info = {};
+    const int id = MsgReceive(server->channel0, &record, sizeof record, &info);
     if (id <= 0) return nullptr;
     if (record.kind == IPC_PROBE) {
       MsgReply(id, 0, nullptr, 0);
@@ -124,7 +125,7 @@ IpcMessage* ipc_server_accept(IpcServer* server) {
     }
     message->server = server;
     message->clientRecord = FindClient(*server, record.words[0]);
-    message->senderProcess = record.words[0];
+    message->senderProcess = static_cast<std::uint32_t>(info.pid);
     message->channels[0] = server->channel0;
     message->channels[1] = server->channel1;
     message->partIndex = 1;

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
 #include "console/response_printer.h"
 #include "messages/function_ids.h"
+#include "messages/message_buffer.h"
 #include "messages/message_text.h"
 #include "messages/milli_clock.h"
 #include "messages/printers.h"
@@ -38,7 +38,7 @@ void PrintUnhandled(const ReceivedBlock& block, std::string& text) {
   const char* bytes = reinterpret_cast<const char*>(block.data);
   text += ColourRed;
   AppendLine(text, "Error: Unhandled response or info (",
-             std::string_view(bytes, strnlen(bytes, block.size)), ")!\n");
+             WireText(std::string_view(bytes, block.size)), ")!\n");
   text += ColourReset;
 }
 

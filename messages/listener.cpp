@@ -61,7 +61,9 @@ void StartListener(ClientApp& app) {
   std::fputs("creating listener thread\n", stderr);
   auto start =
       std::make_unique<ListenerStart>(ListenerStart{app, *communicationLayer, *responsePrinter});
-  if (platform::StartThread(app.listenerThread, ListenerThread, start.get())) start.release();
+  if (platform::StartThread(app.listenerThread, ListenerThread, start.get())) {
+    static_cast<void>(start.release());  // the thread's now
+  }
 }
 
 }  // namespace ventrik

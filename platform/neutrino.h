@@ -14,6 +14,7 @@
 #ifdef __QNX__
 
 #include <assert.h>
+#include <errno.h>
 #include <stdlib.h>
 #include <sys/dispatch.h>
 #include <sys/neutrino.h>
@@ -23,6 +24,10 @@ namespace platform {
 // The kernel lets a thread that is cancelled in a send go only once the receiver has answered.
 inline bool CancelledSendWasAnswered() {
   return true;
+}
+
+inline bool ProcessIsGone(pid_t pid) {
+  return kill(pid, 0) != 0 && errno == ESRCH;
 }
 
 [[noreturn]] inline void AssertFailed(const char* expression, const char* file, int line,
@@ -166,6 +171,9 @@ namespace platform {
 // For the unwinding of a thread cancelled in MsgSend or MsgSendv: whether the receiver had
 // answered, that is, has taken the message. Calling thread.
 bool CancelledSendWasAnswered();
+
+// Whether the process `pid` has ended, also if its parent has not taken notice yet. Any thread.
+bool ProcessIsGone(pid_t pid);
 
 // Reports a failed internal assumption on standard error and aborts the process.
 [[noreturn]] void AssertFailed(const char* expression, const char* file, int line,

@@ -59,7 +59,7 @@ bool StartThread(pthread_t& thread, void* (*body)(void*), void* argument) {
   const bool started = pthread_create(&created, nullptr, Enter, start.get()) == 0;
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
   if (started) {
-    start.release();
+    static_cast<void>(start.release());  // the thread's now
   } else {
     Count(-1);
   }

@@ -10,9 +10,9 @@
 
 namespace platform {
 
-// Starts `body(argument)` with default attributes and stores its handle in `thread`. SIGINT, SIGTERM
-// and SIGALRM are left to the threads that had them open before, which is to say, to the main thread.
-// Returns false, with `thread` 0, if the system has no more threads. Any thread.
+// Starts `body(argument)` with default attributes and stores its handle in `thread`. SIGINT,
+// SIGTERM and SIGALRM are left to the threads that had them open before, which is to say, to the
+// main thread. Returns false, with `thread` 0, if the system has no more threads. Any thread.
 bool StartThread(pthread_t& thread, void* (*body)(void*), void* argument);
 
 // Cancels the thread in `thread`, if there is one, and lets its handle go: it is 0 afterwards. The

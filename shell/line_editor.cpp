@@ -26,7 +26,7 @@ std::wstring MoveRight(std::int32_t columns) {
 
 // As printed through %ls: a 0 ends the text.
 std::wstring UpToZero(const std::wstring& text) {
-  return text.c_str();
+  return text.substr(0, text.find(L'\0'));
 }
 
 }  // namespace

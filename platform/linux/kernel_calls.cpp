@@ -40,6 +40,7 @@ bool ReceivePayload(Inlet& inlet, void* data, std::size_t bytes,
 
 std::size_t TakeArrived(Inlet& inlet, void* data, std::size_t bytes) {
   const std::size_t count = std::min(bytes, inlet.arrived.size());
+  if (count == 0) return 0;
   std::memcpy(data, inlet.arrived.data(), count);
   inlet.arrived.erase(inlet.arrived.begin(),
                       inlet.arrived.begin() + static_cast<std::ptrdiff_t>(count));

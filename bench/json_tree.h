@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+// JSON text as a tree that remembers the line of every value, so that whoever reads the values can
+// say where a wrong one stands.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ventrik::bench {
+
+inline constexpr std::size_t kMaxJsonDepth = 32;  // lists and objects in one another
+
+struct JsonNode {
+  enum class Kind { Nothing, Flag, Integer, Decimal, Text, List, Object };
+
+  Kind kind = Kind::Nothing;
+  int line = 0;     // of the key of an object's member, of the value itself otherwise; from 1
+  std::string key;  // of an object's member
+  std::int64_t integer = 0;     // Integer; one too large for it is a Decimal
+  double decimal = 0;           // Integer and Decimal
+  std::string text;             // Text, UTF-8
+  std::vector<JsonNode> nodes;  // List: the elements; Object: the members, in the order written
+
+  // The member of that name; nullptr if there is none.
+  const JsonNode* Find(std::string_view name) const;
+};
+
+// The whole text. On failure nothing, with "LINE:COLUMN: reason" in `error`.
+std::optional<JsonNode> ParseJson(std::string_view text, std::string& error);
+
+}  // namespace ventrik::bench

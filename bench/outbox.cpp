@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "bench/outbox.h"
+
+#include <algorithm>
+
+namespace ventrik::bench {
+
+bool Outbox::Post(IpcPeer* client, Block block, TimePoint due) {
+  Lane& lane = lanes_[client];
+  if (lane.mute || lane.retired || lane.bytes + block.size() > kMaxWaitingBytes) return false;
+  lane.bytes += block.size();
+  lane.waiting.emplace(std::make_pair(due, ++posted_), std::move(block));
+  return true;
+}
+
+void Outbox::Repeat(IpcPeer* client, Block block, TimePoint first,
+                    std::chrono::milliseconds period) {
+  Lane& lane = lanes_[client];
+  if (lane.repeated || lane.retired) return;
+  lane.repeated = Repeated{std::move(block), first, period};
+}
+
+void Outbox::Heard(IpcPeer* client) {
+  Lane& lane = lanes_[client];
+  ++lane.heard;
+  lane.mute = false;
+}
+
+void Outbox::Mute(IpcPeer* client, std::uint64_t heard) {
+  Lane& lane = lanes_[client];
+  if (lane.heard != heard) return;
+  lane.mute = true;
+  lane.waiting.clear();
+  lane.bytes = 0;
+}
+
+void Outbox::Retire(IpcPeer* client, bool sendWaiting) {
+  Lane& lane = lanes_[client];
+  lane.retired = true;
+  lane.repeated.reset();
+  if (sendWaiting) return;
+  lane.waiting.clear();
+  lane.bytes = 0;
+}
+
+// The repeated message stands behind those posted for the same time.
+std::optional<std::pair<TimePoint, std::uint64_t>> Outbox::FirstDue(const Lane& lane) {
+  std::optional<std::pair<TimePoint, std::uint64_t>> first;
+  if (!lane.waiting.empty()) first = lane.waiting.begin()->first;
+  if (lane.repeated && !lane.mute && (!first || lane.repeated->due < first->first)) {
+    first = std::make_pair(lane.repeated->due, UINT64_MAX);
+  }
+  if (!first && lane.retired) first = std::make_pair(TimePoint::min(), std::uint64_t{0});
+  return first;
+}
+
+Block Outbox::TakeFirst(Lane& lane, TimePoint now) {
+  const auto first = *FirstDue(lane);
+  if (first.second == UINT64_MAX) {
+    Repeated& repeated = *lane.repeated;
+    repeated.due += repeated.period;
+    if (repeated.due <= now) repeated.due = now + repeated.period;
+    return repeated.block;
+  }
+  Block block = std::move(lane.waiting.begin()->second);
+  lane.waiting.erase(lane.waiting.begin());
+  lane.bytes -= block.size();
+  return block;
+}
+
+std::optional<Outbox::Task> Outbox::TakeDue(TimePoint now) {
+  auto next = lanes_.end();
+  std::optional<std::pair<TimePoint, std::uint64_t>> earliest;
+  for (auto lane = lanes_.begin(); lane != lanes_.end(); ++lane) {
+    const auto first = FirstDue(lane->second);
+    if (!first || first->first > now || (earliest && *first >= *earliest)) continue;
+    earliest = first;
+    next = lane;
+  }
+  if (next == lanes_.end()) return std::nullopt;
+  auto& [client, lane] = *next;
+  Task task{client, std::nullopt, lane.heard};
+  if (lane.retired && lane.waiting.empty()) {
+    lanes_.erase(next);
+  } else {
+    task.block = TakeFirst(lane, now);
+  }
+  return task;
+}
+
+std::optional<TimePoint> Outbox::NextDue() const {
+  std::optional<TimePoint> next;
+  for (const auto& [client, lane] : lanes_) {
+    const auto first = FirstDue(lane);
+    if (first && (!next || first->first < *next)) next = first->first;
+  }
+  return next;
+}
+
+std::vector<IpcPeer*> Outbox::Clear() {
+  std::vector<IpcPeer*> retired;
+  for (const auto& [client, lane] : lanes_) {
+    if (lane.retired) retired.push_back(client);
+  }
+  lanes_.clear();
+  return retired;
+}
+
+}  // namespace ventrik::bench

@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: Apache-2.0
+// Cancellation: the thread is cancelled at the program's end. It is closed to that everywhere but
+// in the send itself, which alone can wait for a client; a wait on the condition variable must not
+// be cancelled, so Stop() wakes it up instead.
+#include "bench/sender.h"
+
+#include <cerrno>
+#include <utility>
+
+#include "bench/report.h"
+#include "platform/thread_start.h"
+
+namespace ventrik::bench {
+namespace {
+
+// What a thread that is being cancelled grants its last end marker.
+constexpr std::uint64_t kPartingTimeout = 1'000'000'000;  // nanoseconds
+
+void LimitNextSend(const std::uint64_t& nanoseconds) {
+  struct sigevent unblock = {};
+  unblock.sigev_notify = SIGEV_UNBLOCK;
+  TimerTimeout(CLOCK_MONOTONIC, _NTO_TIMEOUT_SEND | _NTO_TIMEOUT_REPLY, &unblock, &nanoseconds,
+               nullptr);
+}
+
+// Ends the message of a thread that was cancelled in its data part.
+struct Parting {
+  IpcMessage* message;
+  ~Parting() {
+    if (message == nullptr) return;
+    const platform::CancellationDisabled whole;
+    LimitNextSend(kPartingTimeout);
+    ipc_disconnect(message);
+  }
+};
+
+// Sends one message. Returns 0, or the errno of what failed. Unlike ipc_disconnect by itself, waits
+// for the end marker's answer no longer than for that of the data part.
+int SendBlock(IpcPeer* client, const Block& block) {
+  Parting parting{ipc_connect(client)};
+  if (parting.message == nullptr) return ENOMEM;
+  const long taken = ipc_write(parting.message, block.data(), block.size());
+  const int dataError = errno;  // the failure's text has been printed; bench/report.h kept errno
+  IpcMessage* message = std::exchange(parting.message, nullptr);
+  LimitNextSend(kIpcDataTimeout);
+  const int ended = ipc_disconnect(message);
+  if (taken == -1) return dataError;
+  if (taken != static_cast<long>(block.size())) return EPROTO;
+  return ended == 0 ? 0 : errno;
+}
+
+}  // namespace
+
+Sender::~Sender() {
+  for (IpcPeer* client : outbox_.Clear()) ipc_close(client);
+}
+
+bool Sender::Start() {
+  return platform::StartThread(thread_, Body, this);
+}
+
+void Sender::Stop() {
+  {
+    const std::lock_guard<std::mutex> hold(lock_);
+    stopping_ = true;
+  }
+  changed_.notify_one();
+  platform::CancelAndForget(thread_);
+}
+
+void Sender::Post(IpcPeer* client, Block block, std::chrono::milliseconds after) {
+  const TimePoint due = std::chrono::steady_clock::now() + after;
+  bool taken = false;
+  {
+    const std::lock_guard<std::mutex> hold(lock_);
+    taken = outbox_.Post(client, std::move(block), due);
+  }
+  if (!taken) Report("a message to process %u was dropped", client->processId);
+  changed_.notify_one();
+}
+
+void Sender::Repeat(IpcPeer* client, Block block, std::chrono::milliseconds period) {
+  const TimePoint first = std::chrono::steady_clock::now() + period;
+  {
+    const std::lock_guard<std::mutex> hold(lock_);
+    outbox_.Repeat(client, std::move(block), first, period);
+  }
+  changed_.notify_one();
+}
+
+void Sender::Heard(IpcPeer* client) {
+  const std::lock_guard<std::mutex> hold(lock_);
+  outbox_.Heard(client);
+}
+
+void Sender::Retire(IpcPeer* client, bool sendWaiting) {
+  {
+    const std::lock_guard<std::mutex> hold(lock_);
+    outbox_.Retire(client, sendWaiting);
+  }
+  changed_.notify_one();
+}
+
+void* Sender::Body(void* sender) {
+  static_cast<Sender*>(sender)->Run();
+  return nullptr;
+}
+
+void Sender::Run() {
+  const platform::CancellationDisabled disabled;
+  while (const std::optional<Outbox::Task> task = WaitForTask()) {
+    if (task->block) {
+      Send(*task, disabled);
+    } else {
+      ipc_close(task->client);
+    }
+  }
+}
+
+std::optional<Outbox::Task> Sender::WaitForTask() {
+  std::unique_lock<std::mutex> hold(lock_);
+  for (;;) {
+    if (stopping_) return std::nullopt;
+    if (auto task = outbox_.TakeDue(std::chrono::steady_clock::now())) return task;
+    if (const auto next = outbox_.NextDue()) {
+      changed_.wait_until(hold, *next);
+    } else {
+      changed_.wait(hold);
+    }
+  }
+}
+
+void Sender::Send(const Outbox::Task& task, const platform::CancellationDisabled& disabled) {
+  int error = 0;
+  {
+    const platform::CancellationAllowed allowed(disabled);
+    error = SendBlock(task.client, *task.block);
+  }
+  if (error == 0) {
+    ++sent_;
+    return;
+  }
+  // A client that refuses one message may take the next; one that is hung or closed won't.
+  if (error != ETIMEDOUT && error != ESRCH) return;
+  Report("process %u takes no messages; what is due to it is dropped until it sends again",
+         task.client->processId);
+  const std::lock_guard<std::mutex> hold(lock_);
+  outbox_.Mute(task.client, task.heard);
+}
+
+}  // namespace ventrik::bench

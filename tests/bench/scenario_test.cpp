@@ -1,0 +1,303 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "bench/scenario.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "messages/function_ids.h"
+#include "messages/message_layout.h"
+
+namespace ventrik::bench {
+namespace {
+
+using std::chrono::milliseconds;
+
+Scenario Parse(const std::string& text) {
+  std::string error;
+  const auto scenario = ParseScenario(text, "demo.json", error);
+  EXPECT_TRUE(scenario) << error;
+  return scenario.value_or(Scenario{});
+}
+
+std::string ErrorOf(const std::string& text) {
+  std::string error;
+  return ParseScenario(text, "demo.json", error) ? "(no error)" : error;
+}
+
+std::string RuleWith(const std::string& send) {
+  return "{\"rules\": [{\"on\": \"connect\", \"send\": [" + send + "]}]}";
+}
+
+Block SendOf(const std::string& send) {
+  const Scenario scenario = Parse(RuleWith(send));
+  if (scenario.rules.size() != 1 || scenario.rules[0].send.size() != 1) return {};
+  return scenario.rules[0].send[0].block;
+}
+
+Block Encoded(FunctionId id, const MessageFields& fields) {
+  Block block;
+  std::string error;
+  EXPECT_TRUE(EncodeMessage(id, fields, block, error)) << error;
+  return block;
+}
+
+// ---- what can be said
+
+TEST(Scenario, MayHaveNoRules) {
+  EXPECT_TRUE(Parse("{\"rules\": []}").rules.empty());
+}
+
+TEST(Scenario, KeepsRulesAndMessagesInOrder) {
+  const Scenario scenario = Parse(
+      "{\"rules\": [\n"
+      "  {\"on\": \"REQU_INIT\", \"times\": 2, \"send\": [{\"hex\": \"01\"}, {\"hex\": \"02\"}]},\n"
+      "  {\"on\": 4711, \"send\": []},\n"
+      "  {\"on\": \"connect\", \"send\": [{\"hex\": \"03\", \"after_ms\": 250}]}]}");
+  ASSERT_EQ(scenario.rules.size(), 3u);
+  EXPECT_EQ(scenario.rules[0].message, REQU_INIT);
+  EXPECT_EQ(scenario.rules[0].times, 2);
+  ASSERT_EQ(scenario.rules[0].send.size(), 2u);
+  EXPECT_EQ(scenario.rules[0].send[0].block, Block{1});
+  EXPECT_EQ(scenario.rules[0].send[0].after, milliseconds(0));
+  EXPECT_EQ(scenario.rules[0].send[1].block, Block{2});
+  EXPECT_EQ(scenario.rules[1].message, 4711);
+  EXPECT_EQ(scenario.rules[1].times, std::nullopt);
+  EXPECT_TRUE(scenario.rules[1].send.empty());
+  EXPECT_EQ(scenario.rules[2].message, std::nullopt);
+  ASSERT_EQ(scenario.rules[2].send.size(), 1u);
+  EXPECT_EQ(scenario.rules[2].send[0].after, milliseconds(250));
+}
+
+TEST(Scenario, TakesHexOfAnyCaseWithBlanks) {
+  EXPECT_EQ(SendOf("{\"hex\": \"9d 01\\n0 0\\t00Ff\"}"), (Block{0x9D, 1, 0, 0, 0xFF}));
+  EXPECT_EQ(SendOf("{\"hex\": \"\"}"), Block{});
+}
+
+TEST(Scenario, ConvertsFieldsByTheirKinds) {
+  EXPECT_EQ(SendOf("{\"message\": \"RESP_SHUTDOWN\"}"), Encoded(RESP_SHUTDOWN, {}));
+  EXPECT_EQ(SendOf("{\"message\": \"RESP_SHUTDOWN\", \"fields\": {}}"), Encoded(RESP_SHUTDOWN, {}));
+  EXPECT_EQ(
+      SendOf("{\"message\": \"INFO_CALC_STATE\", \"fields\":"
+             " {\"calcPercent\": -2147483648, \"routeHandle\": 2147483647}}"),
+      Encoded(INFO_CALC_STATE, {{"routeHandle", 2147483647}, {"calcPercent", -2147483647 - 1}}));
+  EXPECT_EQ(SendOf("{\"message\": \"INFO_NEXT_MAN_INFO\", \"fields\": {\"nextManInfo1\": 255}}"),
+            Encoded(INFO_NEXT_MAN_INFO, {{"nextManInfo1", 255}}));
+  EXPECT_EQ(SendOf("{\"message\": \"RESP_PICK_INFO\", \"fields\": {\"mapEIS\": \"<MID>1<*>\","
+                   " \"xWorldCoordinate\": 11.5, \"yWorldCoordinate\": -48,"
+                   " \"pickInfo\": [\"a\", \"\u00FC\"]}}"),
+            Encoded(RESP_PICK_INFO, {{"mapEIS", std::string("<MID>1<*>")},
+                                     {"xWorldCoordinate", 11.5},
+                                     {"yWorldCoordinate", -48.0},
+                                     {"pickInfo", std::vector<std::string>{"a", "\u00FC"}}}));
+  EXPECT_EQ(SendOf("{\"message\": \"REQU_SET_TMC_MODE\", \"fields\": {\"text\": 3}}"),
+            Encoded(REQU_SET_TMC_MODE, {{"text", 3}}));
+  EXPECT_EQ(SendOf("{\"message\": \"REQU_GET_SPELL\", \"fields\": {\"inputEIS\": \"\"}}"),
+            Encoded(REQU_GET_SPELL, {}));
+  EXPECT_EQ(SendOf("{\"message\": \"TMC_DATA\", \"fields\": {\"text\": \"abc\"}}"),
+            Encoded(TMC_DATA, {{"text", std::string("abc")}}));
+  EXPECT_EQ(SendOf("{\"message\": \"GPS_DATA\", \"fields\": {\"body\": \"00 ff\"}}"),
+            Encoded(GPS_DATA, {{"body", std::string("\0\xFF", 2)}}));
+  EXPECT_EQ(
+      SendOf("{\"message\": \"RESP_NEW_TRIP\", \"fields\": {\"destinations\":"
+             " [[\"A\", [\"b\", \"c\"]], [\"D\", []]], \"handles\": [1, -2]}}"),
+      Encoded(RESP_NEW_TRIP, {{"destinations", DestinationValues{{"A", {"b", "c"}}, {"D", {}}}},
+                              {"handles", std::vector<std::int32_t>{1, -2}}}));
+}
+
+// ---- which rules are set off
+
+std::string TakenBy(Scenario& scenario, std::optional<std::int32_t> message) {
+  std::string bytes;
+  for (const ScenarioMessage& taken : scenario.Take(message)) {
+    bytes += std::to_string(taken.block.at(0));
+  }
+  return bytes;
+}
+
+TEST(Scenario, AllMatchingRulesAreSetOffInTheirOrder) {
+  Scenario scenario = Parse(
+      "{\"rules\": [{\"on\": 302, \"send\": [{\"hex\": \"01\"}, {\"hex\": \"02\"}]},"
+      "{\"on\": \"connect\", \"send\": [{\"hex\": \"03\"}]},"
+      "{\"on\": \"REQU_GET_SPELL\", \"send\": [{\"hex\": \"04\"}]}]}");
+  EXPECT_EQ(TakenBy(scenario, REQU_GET_SPELL), "124");
+  EXPECT_EQ(TakenBy(scenario, std::nullopt), "3");
+  EXPECT_EQ(TakenBy(scenario, REQU_INIT), "");
+}
+
+TEST(Scenario, ARuleIsSpentAfterItsTimes) {
+  Scenario scenario = Parse(
+      "{\"rules\": [{\"on\": 0, \"times\": 2, \"send\": [{\"hex\": \"01\"}]},"
+      "{\"on\": 0, \"send\": [{\"hex\": \"02\"}]}]}");
+  EXPECT_EQ(TakenBy(scenario, 0), "12");
+  EXPECT_EQ(TakenBy(scenario, 1), "");
+  EXPECT_EQ(TakenBy(scenario, 0), "12");
+  EXPECT_EQ(TakenBy(scenario, 0), "2");
+  EXPECT_EQ(TakenBy(scenario, 0), "2");
+}
+
+// ---- errors
+
+struct ErrorRow {
+  const char* text;
+  const char* error;
+};
+
+TEST(ScenarioErrors, OfTheRules) {
+  const ErrorRow kRows[] = {
+      {"[]", "demo.json:1: the scenario: takes an object"},
+      {"\n3\n", "demo.json:2: the scenario: takes an object"},
+      {"{}", "demo.json:1: the scenario: has no \"rules\""},
+      {"{\"rules\": [],\n\"rule\": []}", "demo.json:2: rule: unknown key; known here: rules"},
+      {"{\n\"rules\":\n{}}", "demo.json:2: rules: takes a list of rules"},
+      {"{\"rules\": [\n{}]}", "demo.json:2: rules[0]: has no \"on\""},
+      {"{\"rules\": [\n\n4\n]}", "demo.json:3: rules[0]: takes an object"},
+      {"{\"rules\": [{\"on\": 1}]}", "demo.json:1: rules[0]: has no \"send\""},
+      {"{\"rules\": [{\"on\": 1, \"send\": []},\n{\"on\": 1, \"sned\": []}]}",
+       "demo.json:2: rules[1].sned: unknown key; known here: on, times, send"},
+      {"{\"rules\": [{\"on\": \"REQU_\", \"send\": []}]}",
+       "demo.json:1: rules[0].on: no message is called \"REQU_\""},
+      {"{\"rules\": [{\"on\": null, \"send\": []}]}",
+       "demo.json:1: rules[0].on: takes the name or number of a message or \"connect\""},
+      {"{\"rules\": [{\"on\": 1.5, \"send\": []}]}",
+       "demo.json:1: rules[0].on: takes the name or number of a message or \"connect\""},
+      {"{\"rules\": [{\"on\": 2147483648, \"send\": []}]}",
+       "demo.json:1: rules[0].on: takes a whole number from -2147483648 to 2147483647"},
+      {"{\"rules\": [{\"on\": 1,\n\"times\": 0, \"send\": []}]}",
+       "demo.json:2: rules[0].times: takes a whole number from 1 to 2147483647"},
+      {"{\"rules\": [{\"on\": 1, \"times\": \"2\", \"send\": []}]}",
+       "demo.json:1: rules[0].times: takes a whole number from 1 to 2147483647"},
+      {"{\"rules\": [{\"on\": 1, \"send\": {}}]}",
+       "demo.json:1: rules[0].send: takes a list of messages"},
+  };
+  for (const ErrorRow& row : kRows) EXPECT_EQ(ErrorOf(row.text), row.error) << row.text;
+}
+
+TEST(ScenarioErrors, OfAMessage) {
+  const ErrorRow kRows[] = {
+      {"7", "takes an object"},
+      {"{}", "takes either \"hex\" or \"message\""},
+      {"{\"hex\": \"\", \"message\": \"RESP_INIT\"}", "takes either \"hex\" or \"message\""},
+      {"{\"fields\": {}}", ".fields: goes with a \"message\""},
+      {"{\"hex\": \"\", \"fields\": {}}", ".fields: goes with a \"message\""},
+      {"{\"hexx\": \"\"}", ".hexx: unknown key; known here: after_ms, hex, message, fields"},
+      {"{\"hex\": \"012\"}", ".hex: odd number of digits"},
+      {"{\"hex\": \"0x12\"}", ".hex: a character that is no hexadecimal digit"},
+      {"{\"hex\": 12}", ".hex: takes a text of hexadecimal digits"},
+      {"{\"hex\": \"\", \"after_ms\": -1}", ".after_ms: takes a whole number from 0 to 86400000"},
+      {"{\"hex\": \"\", \"after_ms\": 1.5}", ".after_ms: takes a whole number from 0 to 86400000"},
+      {"{\"hex\": \"\", \"after_ms\": 99999999999999999999}",
+       ".after_ms: takes a whole number from 0 to 86400000"},
+      {"{\"message\": \"RESP_INITT\"}", ".message: no message is called \"RESP_INITT\""},
+      {"{\"message\": \"FUNC_INVALID\"}", ".message: no message is called \"FUNC_INVALID\""},
+      {"{\"message\": 1}", ".message: takes the name of a message"},
+      {"{\"message\": \"RESP_INIT\", \"fields\": []}", ".fields: takes an object"},
+      {"{\"message\": \"RESP_INIT\", \"fields\": {\"answer\": 1}}",
+       ".fields.answer: no such field; RESP_INIT has result:word"},
+      {"{\"message\": \"RESP_SHUTDOWN\", \"fields\": {\"answer\": 1}}",
+       ".fields.answer: no such field; RESP_SHUTDOWN has no fields"},
+  };
+  for (const ErrorRow& row : kRows) {
+    const std::string what = row.error;
+    EXPECT_EQ(ErrorOf(RuleWith(row.text)),
+              "demo.json:1: rules[0].send[0]" + std::string(what[0] == '.' ? "" : ": ") + what)
+        << row.text;
+  }
+}
+
+TEST(ScenarioErrors, OfAField) {
+  const struct {
+    const char* message;
+    const char* field;
+    const char* value;
+    const char* error;
+  } kRows[] = {
+      {"RESP_INIT", "result", "\"0\"", ": takes a whole number from -2147483648 to 2147483647"},
+      {"RESP_INIT", "result", "2147483648",
+       ": takes a whole number from -2147483648 to 2147483647"},
+      {"RESP_INIT", "result", "-2147483649",
+       ": takes a whole number from -2147483648 to 2147483647"},
+      {"RESP_INIT", "result", "true", ": takes a whole number from -2147483648 to 2147483647"},
+      {"INFO_NEXT_MAN_INFO", "nextManInfo1", "256", ": takes a whole number from 0 to 255"},
+      {"INFO_NEXT_MAN_INFO", "nextManInfo1", "-1", ": takes a whole number from 0 to 255"},
+      {"RESP_PICK_INFO", "xWorldCoordinate", "\"1\"", ": takes a number"},
+      {"RESP_GET_SPELL", "inputEIS", "5", ": takes a text"},
+      {"RESP_GET_SPELL", "inputEIS", "\"a\\u0000b\"", ": a text can't hold a NUL"},
+      {"GPS_DATA", "body", "[]", ": takes a text of hexadecimal digits"},
+      {"GPS_DATA", "body", "\"abc\"", ": odd number of digits"},
+      {"RESP_GET_LIST", "itemList", "\"a\"", ": takes a list of texts"},
+      {"RESP_GET_LIST", "itemList", "[\"a\", 1]", "[1]: takes a text"},
+      {"RESP_KILL_TRIP", "handles", "1", ": takes a list of numbers"},
+      {"RESP_KILL_TRIP", "handles", "[1, 1.5]",
+       "[1]: takes a whole number from -2147483648 to 2147483647"},
+      {"RESP_NEW_TRIP", "destinations", "{}", ": takes a list of destinations"},
+      {"RESP_NEW_TRIP", "destinations", "[\"A\"]", "[0]: takes [\"text\", [\"item\", ...]]"},
+      {"RESP_NEW_TRIP", "destinations", "[[\"A\"]]", "[0]: takes [\"text\", [\"item\", ...]]"},
+      {"RESP_NEW_TRIP", "destinations", "[[1, []]]", "[0][0]: takes a text"},
+      {"RESP_NEW_TRIP", "destinations", "[[\"A\", \"b\"]]", "[0][1]: takes a list of texts"},
+      {"REQU_NEW_TRIP", "destinations", "[[\"A\", [0]]]", "[0][1][0]: takes a text"},
+  };
+  for (const auto& row : kRows) {
+    const std::string text = std::string("{\"message\": \"") + row.message +
+                             "\",\n\"fields\": {\n\"" + row.field + "\": " + row.value + "}}";
+    EXPECT_EQ(ErrorOf(RuleWith(text)),
+              std::string("demo.json:3: rules[0].send[0].fields.") + row.field + row.error)
+        << text;
+  }
+}
+
+TEST(ScenarioErrors, NameTheLineOfTheKey) {
+  EXPECT_EQ(ErrorOf("{\n"
+                    "  \"rules\": [\n"
+                    "    {\n"
+                    "      \"on\": \"REQU_INIT\",\n"
+                    "      \"send\": [\n"
+                    "        {\"hex\": \"00\"},\n"
+                    "        {\"hex\":\n"
+                    "          \"0\"}]}]}"),
+            "demo.json:7: rules[0].send[1].hex: odd number of digits");
+}
+
+TEST(ScenarioErrors, NameTheLineOfANumberThatEndsIt) {
+  EXPECT_EQ(ErrorOf("{\"rules\": [{\"on\": 1, \"send\": [{\"message\": \"RESP_KILL_TRIP\",\n"
+                    "\"fields\": {\"handles\": [\n1,\n1.5\n]}}]}]}"),
+            "demo.json:4: rules[0].send[0].fields.handles[1]: takes a whole number from "
+            "-2147483648 to 2147483647");
+}
+
+TEST(ScenarioErrors, OfTheJson) {
+  const ErrorRow kRows[] = {
+      {"",
+       "demo.json:1:1: syntax error while parsing value - unexpected end of input; expected "
+       "'[', '{', or a literal"},
+      {"{\n\"rules\": [,]}",
+       "demo.json:2:11: syntax error while parsing value - unexpected ','; expected '[', '{', or "
+       "a literal"},
+      {"{\"rules\": []}\nx",
+       "demo.json:2:1: syntax error while parsing value - invalid literal; "
+       "last read: '\"rules\": []}<U+000A>x'; expected end of input"},
+      {"{\"rules\": [],\n \"rules\": []}", "demo.json:2:8: the key \"rules\" again"},
+      {"{\"rules\":\n 1e999}", "demo.json:2:7: number overflow parsing '1e999'"},
+  };
+  for (const ErrorRow& row : kRows) EXPECT_EQ(ErrorOf(row.text), row.error) << row.text;
+}
+
+TEST(ScenarioErrors, DeepNestingIsRefused) {
+  EXPECT_EQ(ErrorOf(std::string(1000000, '[')),
+            "demo.json:1:33: too many lists and objects in one another");
+}
+
+TEST(ScenarioErrors, EveryPrefixIsRefused) {
+  const std::string text =
+      "{\"rules\": [{\"on\": \"connect\", \"times\": 1, \"send\": [{\"after_ms\": 5, \"message\": "
+      "\"RESP_NEW_TRIP\", \"fields\": {\"destinations\": [[\"\u00FC\", [\"b\"]]], \"handles\": "
+      "[12]}}]}]}";
+  EXPECT_EQ(ErrorOf(text), "(no error)");
+  for (std::size_t length = 0; length < text.size(); ++length) {
+    EXPECT_EQ(ErrorOf(text.substr(0, length)).substr(0, 12), "demo.json:1:") << length;
+  }
+}
+
+}  // namespace
+}  // namespace ventrik::bench
