@@ -25,6 +25,10 @@ namespace {
 
 constexpr int kEndingLimit = 10'000;  // milliseconds
 
+// What a built-in answer takes, as from a real engine. In a batch file it is also the time in which
+// the line behind a request, a `waitresp`, gets to be read before the response comes.
+constexpr std::chrono::milliseconds kAnswerTime{20};
+
 bool ReadFile(const std::string& path, std::string& text, std::string& error) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rbe"),
                                                              std::fclose);
@@ -67,7 +71,7 @@ Block HeartbeatBlock() {
 }
 
 bool IsAlive(std::uint32_t process) {
-  return kill(static_cast<pid_t>(process), 0) == 0 || errno != ESRCH;
+  return !platform::ProcessIsGone(static_cast<pid_t>(process));
 }
 
 // Answers a message and gives it back, also when its thread is cancelled.
@@ -203,11 +207,11 @@ void Engine::Answer(IpcPeer* client, ReceivedBlock request) {
   }
   if (!options_.blank) {
     for (Block& answer : BuiltInAnswers(request, world_)) {
-      sender_.Post(client, std::move(answer), std::chrono::milliseconds(0));
+      sender_.Post(client, std::move(answer), kAnswerTime);
     }
   }
   if (request.Word(0) == REQU_INIT && options_.heartbeat.count() > 0) {
-    sender_.Repeat(client, HeartbeatBlock(), options_.heartbeat);
+    sender_.Repeat(client, HeartbeatBlock(), kAnswerTime + options_.heartbeat, options_.heartbeat);
   }
 }
 

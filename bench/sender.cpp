@@ -79,8 +79,9 @@ void Sender::Post(IpcPeer* client, Block block, std::chrono::milliseconds after)
   changed_.notify_one();
 }
 
-void Sender::Repeat(IpcPeer* client, Block block, std::chrono::milliseconds period) {
-  const TimePoint first = std::chrono::steady_clock::now() + period;
+void Sender::Repeat(IpcPeer* client, Block block, std::chrono::milliseconds after,
+                    std::chrono::milliseconds period) {
+  const TimePoint first = std::chrono::steady_clock::now() + after;
   {
     const std::lock_guard<std::mutex> hold(lock_);
     outbox_.Repeat(client, std::move(block), first, period);

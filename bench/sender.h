@@ -39,7 +39,8 @@ class Sender {
 
   // As in outbox.h, any thread. What is dropped is reported on standard error.
   void Post(IpcPeer* client, Block block, std::chrono::milliseconds after);
-  void Repeat(IpcPeer* client, Block block, std::chrono::milliseconds period);
+  void Repeat(IpcPeer* client, Block block, std::chrono::milliseconds after,
+              std::chrono::milliseconds period);
   void Heard(IpcPeer* client);
   void Retire(IpcPeer* client, bool sendWaiting);
 

@@ -3,12 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <clocale>
-#include <cstdlib>
 #include <limits>
 #include <string>
-
-#include "tests/support/temporary_directory.h"
 
 namespace ventrik::tests {
 namespace {
@@ -131,30 +127,6 @@ TEST(ParamDouble, DecimalNumberAtTheStart) {
 
 TEST(ParamDouble, TextWithoutANumberIs0) {
   for (const wchar_t* text : {L"", L"x", L"-", L".", L"e3"}) EXPECT_EQ(Double(text), 0.0) << text;
-}
-
-// A locale whose numbers have a comma: one of the system's, or one made for the occasion.
-bool SetCommaLocale(const std::string& directory) {
-  if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr) return true;
-  const std::string make =
-      "localedef -i de_DE -f UTF-8 " + directory + "/de_DE.UTF-8 >/dev/null 2>&1";
-  if (std::system(make.c_str()) != 0) return false;
-  setenv("LOCPATH", directory.c_str(), 1);
-  const bool set = std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr;
-  unsetenv("LOCPATH");
-  return set;
-}
-
-TEST(ParamDouble, DecimalPointIsAPointWhereverThePersonLives) {
-  const TemporaryDirectory directory;
-  if (!SetCommaLocale(directory.path())) GTEST_SKIP() << "no locale with a decimal comma";
-  const std::string point = std::localeconv()->decimal_point;
-  const double withPoint = Double(L"1.5");
-  const double withComma = Double(L"1,5");
-  std::setlocale(LC_NUMERIC, "C");
-  EXPECT_EQ(point, ",");
-  EXPECT_EQ(withPoint, 1.5);
-  EXPECT_EQ(withComma, 1.0);
 }
 
 TEST(ParamOnOff, OnIs1AndEverythingElseIs2) {
