@@ -129,7 +129,7 @@ int COMMUNICATION_LAYER::Receive(void* buffer, std::size_t size) {
 int COMMUNICATION_LAYER::Disconnect() {
   const std::shared_ptr<Client> client =
       client_.With([](auto& held) { return std::exchange(held, nullptr); });
-  if (client) ipc_shut(client->peer);
+  if (client) ipc_hang_up(client->peer);
   const std::vector<IpcMessage*> left =
       leftUnread_.With([](auto& held) { return std::exchange(held, {}); });
   for (IpcMessage* message : left) ipc_finish(message, kListenerCancelled);

@@ -45,7 +45,8 @@ class COMMUNICATION_LAYER {
   // and "ipc_connect() failed\n" on standard error.
   int BeginSend();
 
-  // Ends the message started by BeginSend, sending its end marker, and frees `mutex`. Returns 0.
+  // Ends the message started by BeginSend, sending its end marker, and frees `mutex`. Returns 0. A
+  // data part must have been written: the server would take a lone marker for one.
   int EndSend();
 
   // Sends `length` bytes as one message. Returns -1 if BeginSend does, otherwise 0. Blocks until
@@ -58,7 +59,8 @@ class COMMUNICATION_LAYER {
   int Receive(void* buffer, std::size_t size);
 
   // Drops the connection, if there is one, and empties the message pool. A listener in Receive
-  // comes back with -1. Returns 0. Any thread.
+  // comes back with -1. Returns 0. Expects commandLock held: a message that another thread is in
+  // the middle of would be left without its end marker.
   int Disconnect();
 
  private:

@@ -88,9 +88,9 @@ IpcPeer* ipc_open(const char* name);
 
 // Destroys the channels and detaches the connections of a peer, leaving the record readable for
 // threads that still hold it. Threads that wait on its channels come back.
-void ipc_shut(IpcPeer* peer);
+void ipc_hang_up(IpcPeer* peer);
 
-// ipc_shut, and frees the record. Returns 0.
+// ipc_hang_up, and frees the record. Returns 0.
 int ipc_close(IpcPeer* peer);
 
 // Starts a message to `peer`. Null if memory is exhausted, with errno ENOMEM.
@@ -138,7 +138,8 @@ struct IpcServer {
   char* name;        // own copy
   std::uint32_t processId;
 
-  // Called by ipc_server_accept when a client has shaken hands and stands in `clients`. May be null.
+  // Called by ipc_server_accept when a client has shaken hands and stands in `clients`. May be
+  // null.
   void (*onConnect)(IpcPeer& client, void* context);
   void* onConnectContext;
 };

@@ -8,6 +8,7 @@
 #include <new>
 
 #include "console/utf8.h"
+#include "ipc/acquired_message.h"
 #include "ipc/ipc.h"
 #include "state/logger.h"
 #include "state/process_state.h"
@@ -79,11 +80,6 @@ struct OpenPeer {
   }
 };
 
-struct AcquiredMessage {
-  IpcMessage* message;
-  ~AcquiredMessage() { delete message; }
-};
-
 }  // namespace
 
 int ipc_init() {
@@ -117,7 +113,7 @@ IpcPeer* ipc_open(const char* name) {
   return &peer;
 }
 
-void ipc_shut(IpcPeer* peer) {
+void ipc_hang_up(IpcPeer* peer) {
   DestroyChannels(peer->receiving.channels);
   DetachConnections(peer->receiving.connections);
   DestroyChannels(peer->spareChannels);
@@ -125,7 +121,7 @@ void ipc_shut(IpcPeer* peer) {
 }
 
 int ipc_close(IpcPeer* peer) {
-  ipc_shut(peer);
+  ipc_hang_up(peer);
   delete peer;
   return 0;
 }
@@ -193,8 +189,8 @@ IpcMessage* ipc_accept(IpcPeer* peer) {
   // Copied first: once the channel is destroyed the record may go.
   const int channels[2] = {peer->receiving.channels[0], peer->receiving.channels[1]};
   if (!TakeOwedEndMarkers(*peer, channels[1])) return nullptr;
-  AcquiredMessage acquired{ipc_message_acquire()};
-  IpcMessage* message = acquired.message;
+  AcquiredMessage acquired;
+  IpcMessage* message = acquired.get();
   if (message == nullptr) return nullptr;
   IpcControlRecord record = {};
   for (;;) {
@@ -215,8 +211,7 @@ IpcMessage* ipc_accept(IpcPeer* peer) {
   message->partIndex = 1;
   message->offset = sizeof record;
   message->remaining = record.words[1];
-  acquired.message = nullptr;
-  return message;
+  return acquired.Release();
 }
 
 }  // namespace ventrik

@@ -40,9 +40,7 @@ bool SenderIsGone(const IpcMessage& message) {
 }
 
 // MsgReceive on the channel of the next part. A server doesn't wait for a process that has died in
-// the middle of a message; a client waits for its server. An interrupted wait (the process was
-// stopped and continued, for one) goes on: to leave now would leave the end marker to the next
-// message.
+// the middle of a message; a client waits for its server.
 int ReceiveRecord(const IpcMessage& message, IpcControlRecord& record) {
   for (;;) {
     record = {};
@@ -52,15 +50,15 @@ int ReceiveRecord(const IpcMessage& message, IpcControlRecord& record) {
       TimerTimeout(CLOCK_MONOTONIC, _NTO_TIMEOUT_RECEIVE, &unblock, &kSenderCheckInterval, nullptr);
     }
     const int id = MsgReceive(message.channels[message.partIndex], &record, sizeof record, nullptr);
-    if (id >= 0 || (errno != ETIMEDOUT && errno != EINTR)) return id;
-    if (errno == ETIMEDOUT && SenderIsGone(message)) return -1;
+    if (id >= 0 || errno != ETIMEDOUT) return id;
+    if (SenderIsGone(message)) return -1;
   }
 }
 
-enum class Next { kPart, kEnd, kGone };
+enum class NextPart { kPart, kEnd, kGone };
 
 // Waits for the next part of a message whose data so far has been read and answered.
-Next ReceiveNextPart(IpcMessage& message, std::size_t total) {
+NextPart ReceiveNextPart(IpcMessage& message, std::size_t total) {
   // A cancelled listener leaves the end marker to the next one.
   struct Unwinding {
     IpcPeer* peer;
@@ -74,7 +72,7 @@ Next ReceiveNextPart(IpcMessage& message, std::size_t total) {
     Unwinding unwinding{message.peer};
     const int id = ReceiveRecord(message, record);
     unwinding.cancelled = false;
-    if (id < 0) return Next::kGone;
+    if (id < 0) return NextPart::kGone;
     if (id == 0) continue;
     if (record.kind != IPC_DATA) {
       MsgReply(id, static_cast<long>(total), nullptr, 0);
@@ -84,10 +82,10 @@ Next ReceiveNextPart(IpcMessage& message, std::size_t total) {
     message.remaining = record.words[1];
     if (message.remaining == 0) {
       MsgReply(id, 0, nullptr, 0);
-      return Next::kEnd;
+      return NextPart::kEnd;
     }
     message.receiveId = id;
-    return Next::kPart;
+    return NextPart::kPart;
   }
 }
 
@@ -171,9 +169,9 @@ int ipc_read(IpcMessage* message, void* buffer, std::size_t size) {
   for (;;) {
     if (message->remaining == 0) {
       if (message->receiveId != -1) AnswerPart(*message, 0);
-      const Next next = ReceiveNextPart(*message, total);
-      if (next == Next::kEnd) return static_cast<int>(total);
-      if (next == Next::kGone) return -1;
+      const NextPart next = ReceiveNextPart(*message, total);
+      if (next == NextPart::kEnd) return static_cast<int>(total);
+      if (next == NextPart::kGone) return -1;
     }
     const std::size_t count = std::min<std::size_t>(message->remaining, wanted);
     MsgRead(message->receiveId, to, count, message->offset);

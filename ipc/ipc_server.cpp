@@ -6,6 +6,7 @@
 #include <cstring>
 #include <new>
 
+#include "ipc/acquired_message.h"
 #include "ipc/ipc.h"
 
 namespace ventrik {
@@ -75,11 +76,6 @@ IpcPeer* FindClient(const IpcServer& server, std::uint32_t processId) {
   return client;
 }
 
-struct AcquiredMessage {
-  IpcMessage* message;
-  ~AcquiredMessage() { delete message; }
-};
-
 }  // namespace
 
 IpcServer* ipc_server_create(const char* name) {
@@ -98,8 +94,8 @@ IpcServer* ipc_server_create(const char* name) {
 }
 
 IpcMessage* ipc_server_accept(IpcServer* server) {
-  AcquiredMessage acquired{ipc_message_acquire()};
-  IpcMessage* message = acquired.message;
+  AcquiredMessage acquired;
+  IpcMessage* message = acquired.get();
   if (message == nullptr) return nullptr;
   for (;;) {
     IpcControlRecord record = {};
@@ -131,8 +127,7 @@ IpcMessage* ipc_server_accept(IpcServer* server) {
     message->partIndex = 1;
     message->offset = sizeof record;
     message->remaining = record.words[1];
-    acquired.message = nullptr;
-    return message;
+    return acquired.Release();
   }
 }
 

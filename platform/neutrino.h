@@ -118,7 +118,7 @@ long MsgSendv(int coid, const iov_t* siov, std::size_t sparts, const iov_t* riov
 // Blocks for a message or a pulse. Copies up to `bytes` of the message's start into `msg`; the rest
 // is fetched with MsgRead. Returns the receive id, at least 1, that must be answered by MsgReply or
 // MsgError; or 0 for a pulse, which is not answered. Several threads may wait on one channel.
-// `info` may be null. Errors: ESRCH if the channel is or gets destroyed; ETIMEDOUT; EINTR.
+// `info` may be null. Errors: ESRCH if the channel is or gets destroyed; ETIMEDOUT.
 int MsgReceive(int chid, void* msg, std::size_t bytes, struct _msg_info* info);
 
 // Copies up to `bytes` of a received message from `offset` on straight into `msg`, and returns how
@@ -169,7 +169,7 @@ int name_open(const char* name, int flags);
 
 namespace platform {
 // For the unwinding of a thread cancelled in MsgSend or MsgSendv: whether the receiver had
-// answered, that is, has taken the message. Calling thread.
+// answered, and not with an error, that is, has taken the message. Calling thread.
 bool CancelledSendWasAnswered();
 
 // Whether the process `pid` has ended, also if its parent has not taken notice yet. Any thread.

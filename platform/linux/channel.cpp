@@ -80,7 +80,7 @@ Arrival ReceiveStart(Inlet& inlet, void* message, std::size_t bytes) {
     if (got < 0) return errno == EAGAIN || errno == EINTR ? Arrival::kStarted : Arrival::kBroken;
   }
   const std::size_t given = std::min(bytes, arrived.size() - sizeof inlet.header);
-  std::memcpy(message, arrived.data() + sizeof inlet.header, given);
+  if (given > 0) std::memcpy(message, arrived.data() + sizeof inlet.header, given);
   arrived.erase(arrived.begin(),
                 arrived.begin() + static_cast<std::ptrdiff_t>(sizeof inlet.header + given));
   return Arrival::kComplete;
@@ -122,15 +122,13 @@ bool Channel::Watch(int descriptor, std::uint64_t key, std::uint32_t events) {
 }
 
 // The one place where a receiver waits, and the only one where it can be cancelled. An event that
-// the kernel has handed over is gone with the thread, so the next receiver looks everywhere again.
+// the kernel has handed over would be gone with the thread, so every connection is asked again.
 bool Channel::WaitForEvent(std::uint64_t& key, std::uint32_t& events, const Deadline& deadline) {
   struct Unwinding {
     Channel& channel;
     bool cancelled = true;
     ~Unwinding() {
-      if (!cancelled) return;
-      const std::lock_guard<std::mutex> hold(channel.lock_);
-      channel.lookAgain_ = true;
+      if (cancelled) channel.LookAgain();
     }
   };
   epoll_event event = {};
@@ -149,8 +147,10 @@ bool Channel::WaitForEvent(std::uint64_t& key, std::uint32_t& events, const Dead
     count = epoll_wait(epoll_.get(), &event, 1, limit);
     unwinding.cancelled = false;
   }
-  if (count < 0) return false;
-  if (count == 0) {
+  // A signal doesn't end the wait: it has its handler's effect, or none after a stop and a
+  // continue.
+  if (count < 0 && errno != EINTR) return false;
+  if (count <= 0) {
     if (retryAccept) AcceptAll();
     key = kWakeKey;
     events = 0;
@@ -165,7 +165,6 @@ bool Channel::WaitForEvent(std::uint64_t& key, std::uint32_t& events, const Dead
 
 int Channel::Receive(void* message, std::size_t bytes, _msg_info* info, const Deadline& deadline) {
   for (;;) {
-    LookAgain();
     if (TakePulse(message, bytes)) return 0;
     std::uint64_t key = 0;
     std::uint32_t events = 0;
@@ -187,8 +186,7 @@ int Channel::Receive(void* message, std::size_t bytes, _msg_info* info, const De
 
 void Channel::LookAgain() {
   const std::lock_guard<std::mutex> hold(lock_);
-  if (!lookAgain_) return;
-  lookAgain_ = false;
+  if (destroyed_) return;
   const auto rearm = [this](int descriptor, std::uint64_t key, std::uint32_t events) {
     epoll_event event = {};
     event.events = events;
@@ -204,7 +202,7 @@ void Channel::LookAgain() {
 bool Channel::TakePulse(void* message, std::size_t bytes) {
   const std::lock_guard<std::mutex> hold(lock_);
   if (pulses_.empty()) return false;
-  std::memcpy(message, &pulses_.front(), std::min(bytes, sizeof(_pulse)));
+  if (bytes > 0) std::memcpy(message, &pulses_.front(), std::min(bytes, sizeof(_pulse)));
   pulses_.pop_front();
   return true;
 }

@@ -98,7 +98,6 @@ class Channel : public std::enable_shared_from_this<Channel> {
   std::uint64_t lastKey_ = 0;
   std::deque<_pulse> pulses_;
   bool destroyed_ = false;
-  bool lookAgain_ = false;    // an event may have been lost with a cancelled receiver
   bool acceptLater_ = false;  // connections wait that no descriptor was free for
 };
 

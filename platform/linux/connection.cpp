@@ -111,7 +111,9 @@ class Exchange {
     Exchange& exchange;
     bool cancelled = true;
     ~Unwinding() {
-      if (cancelled) cancelledSendWasAnswered = exchange.AnswerCameBeforeGivingUp();
+      if (!cancelled) return;
+      const bool answered = exchange.AnswerCameBeforeGivingUp();
+      cancelledSendWasAnswered = answered && exchange.answer_.error == 0;
     }
   };
 

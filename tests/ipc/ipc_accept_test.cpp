@@ -132,7 +132,7 @@ TEST_F(IpcAcceptTest, ShutPeerEndsTheWait) {
   });
   std::thread shutting([this] {
     usleep(30000);
-    ipc_shut(peer_);
+    ipc_hang_up(peer_);
   });
   EXPECT_EQ(ipc_accept(peer_), nullptr);
   shutting.join();

@@ -171,7 +171,7 @@ TEST_F(IpcReadTest, ShutPeerEndsTheWaitForTheEndMarker) {
   std::thread shutting([this] {
     fromChild_.Take();  // the payload was answered, so the read waits for what comes next
     usleep(30000);
-    ipc_shut(peer_);
+    ipc_hang_up(peer_);
   });
   EXPECT_EQ(Read(6), "-1:hello" + Zeros(1));
   shutting.join();

@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 
 namespace ventrik::tests {
@@ -43,13 +44,16 @@ std::uint32_t WordOf(const std::string& record, std::size_t index) {
 RawMessage TakeRaw(int chid) {
   RawMessage message;
   _msg_info info = {};
+  std::array<char, 16> head = {};
   do {
-    message.id = MsgReceive(chid, nullptr, 0, &info);
+    message.id = MsgReceive(chid, head.data(), head.size(), &info);
   } while (message.id == 0);
   if (message.id < 0) return message;
-  message.bytes.resize(info.srcmsglen);
   message.answerRoom = info.dstmsglen;
-  MsgRead(message.id, message.bytes.data(), message.bytes.size(), 0);
+  message.bytes.assign(head.data(), info.msglen);
+  message.bytes.resize(info.srcmsglen);
+  MsgRead(message.id, message.bytes.data() + info.msglen, info.srcmsglen - info.msglen,
+          info.msglen);
   return message;
 }
 

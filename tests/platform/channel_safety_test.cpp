@@ -140,13 +140,13 @@ TEST_F(RawSocketTest, ReceiverOutOfDescriptorsServesOnOnceThereAreSome) {
     limit.rlim_cur = static_cast<rlim_t>(CountDescriptors()) + 2;
     setrlimit(RLIMIT_NOFILE, &limit);
     std::vector<int> hogs;
-    for (int d = dup(0); d >= 0; d = dup(0)) hogs.push_back(d);
-    done_.Notify();
     std::thread release([this, &hogs] {
       step_.Await();
       for (const int hog : hogs) close(hog);
     });
     release.detach();
+    for (int d = dup(0); d >= 0; d = dup(0)) hogs.push_back(d);
+    done_.Notify();
     return AnswerLengths(chid);
   });
   static_cast<void>(coid);
