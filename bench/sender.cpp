@@ -8,20 +8,11 @@
 #include <utility>
 
 #include "bench/report.h"
+#include "ipc/time_limit.h"
 #include "platform/thread_start.h"
 
 namespace ventrik::bench {
 namespace {
-
-// What a thread that is being cancelled grants its last end marker.
-constexpr std::uint64_t kPartingTimeout = 1'000'000'000;  // nanoseconds
-
-void LimitNextSend(const std::uint64_t& nanoseconds) {
-  struct sigevent unblock = {};
-  unblock.sigev_notify = SIGEV_UNBLOCK;
-  TimerTimeout(CLOCK_MONOTONIC, _NTO_TIMEOUT_SEND | _NTO_TIMEOUT_REPLY, &unblock, &nanoseconds,
-               nullptr);
-}
 
 // Ends the message of a thread that was cancelled in its data part.
 struct Parting {

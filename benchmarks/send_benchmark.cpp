@@ -3,8 +3,8 @@
 //
 // The anchor does the same two blocking round trips over bare socket pairs: header and payload
 // answered by a word, then an end marker answered by a word. Both processes of a pair run on one
-// core, because waking a sleeping core costs more than everything that is measured here. The two are
-// measured in turn, a batch each, and the ratio is taken batch by batch.
+// core, because waking a sleeping core costs more than everything that is measured here. The two
+// are measured in turn, a batch each, and the ratio is taken batch by batch.
 #include <benchmark/benchmark.h>
 #include <sched.h>
 #include <signal.h>

@@ -74,10 +74,6 @@ void RunStartlog(ClientApp&, CommandLine& line) {
   if (responsePrinter != nullptr) StartLog(*responsePrinter, ParamNarrow(line.parameters[0]));
 }
 
-void RunStopBatchlog(ClientApp&, CommandLine&) {
-  stopBatchlog = 1;
-}
-
 void RunStoplog(ClientApp&, CommandLine&) {
   if (responsePrinter != nullptr) StopLog(*responsePrinter);
 }
@@ -109,22 +105,11 @@ void RunWeather(ClientApp&, CommandLine& line) {
 }
 
 constexpr CommandRow kLocalCommands[] = {
-    {L"batch", 1, RunBatch},
-    {L"help", 0, RunHelp},
-    {L"prompt", 1, RunPrompt},
-    {L"quit", 0, RunQuit},
-    {L"rldresp", 1, RunRldresp},
-    {L"scroll", 1, RunScroll},
-    {L"server", 1, RunServer},
-    {L"startlog", 1, RunStartlog},
-    {L"stopbatchlog", 0, RunStopBatchlog},
-    {L"stoplog", 0, RunStoplog},
-    {L"var", 1, RunVar},
-    {L"varassign", 2, RunVarassign},
-    {L"varconcat", 2, RunVarconcat},
-    {L"wait", 1, RunWait},
-    {L"waitresp", 1, RunWaitresp},
-    {L"weather", 1, RunWeather},
+    {L"batch", 1, RunBatch},   {L"help", 0, RunHelp},           {L"prompt", 1, RunPrompt},
+    {L"quit", 0, RunQuit},     {L"rldresp", 1, RunRldresp},     {L"scroll", 1, RunScroll},
+    {L"server", 1, RunServer}, {L"startlog", 1, RunStartlog},   {L"stoplog", 0, RunStoplog},
+    {L"var", 1, RunVar},       {L"varassign", 2, RunVarassign}, {L"varconcat", 2, RunVarconcat},
+    {L"wait", 1, RunWait},     {L"waitresp", 1, RunWaitresp},   {L"weather", 1, RunWeather},
 };
 
 }  // namespace

@@ -43,9 +43,9 @@ std::int32_t ParamInt(const CommandParameter& parameter) {
   return static_cast<std::int32_t>(std::clamp<long long>(number, Limits::min(), Limits::max()));
 }
 
+// The point is "." because main sets LC_CTYPE alone.
 double ParamDouble(const CommandParameter& parameter) {
-  // The process keeps "C" numbers, but a library that it loads may not.
-  return std::wcstod(parameter.text.c_str(), nullptr);  // main leaves LC_NUMERIC at "C"
+  return std::wcstod(parameter.text.c_str(), nullptr);
 }
 
 std::int32_t ParamOnOff(const CommandParameter& parameter) {

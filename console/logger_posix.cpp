@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "console/logger_posix.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -38,13 +39,23 @@ bool FormatText(std::wstring& text, const wchar_t* format, va_list arguments) {
   }
 }
 
-// A write that a signal interrupts is tried again, unless the signal has ended the program: then a
-// terminal that takes no more output must not hold it up.
+// Whether a failed write may go on. One that a signal interrupts does, and so does one to a
+// terminal that somebody made non-blocking, once it takes more; but not when the program is ending:
+// then a terminal that takes no more output must not hold it up.
+bool MayWriteOn(int descriptor) {
+  if (!mainLoopRunning) return false;
+  if (errno == EAGAIN) {
+    pollfd wait = {descriptor, POLLOUT, 0};
+    return poll(&wait, 1, -1) == 1 || errno == EINTR;
+  }
+  return errno == EINTR;
+}
+
 bool WriteAll(int descriptor, const std::string& bytes) {
   std::size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t written = write(descriptor, bytes.data() + done, bytes.size() - done);
-    if (written < 0 && (errno != EINTR || !mainLoopRunning)) return false;
+    if (written < 0 && !MayWriteOn(descriptor)) return false;
     if (written > 0) done += static_cast<std::size_t>(written);
   }
   return true;

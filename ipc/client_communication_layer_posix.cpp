@@ -114,11 +114,11 @@ int COMMUNICATION_LAYER::Receive(void* buffer, std::size_t size) {
   if (!client) return -1;
   IpcMessage* message = ipc_accept(client->peer);
   if (message == nullptr) return -1;
-  const std::size_t length = std::size_t{ipc_length(message)} + 1;
-  if (length > size) {
+  if (ipc_length(message) >= size) {
     leftUnread_.With([message](auto& left) { left.push_back(message); });
     return -2;
   }
+  const std::size_t length = ipc_length(message) + std::size_t{1};
   InHand inHand{message};
   ipc_read(message, buffer, length);
   inHand.message = nullptr;

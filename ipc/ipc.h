@@ -40,9 +40,6 @@ inline constexpr std::uint32_t IPC_PROBE = 256;    // words: any
 // errno.
 inline constexpr int kIpcUnknownKind = 89;
 
-// How long a data part may wait for its receiver.
-inline constexpr std::uint64_t kIpcDataTimeout = 15'000'000'000;  // nanoseconds
-
 // One end of a connection; -1 stands for no id.
 struct IpcPeer {
   struct Side {

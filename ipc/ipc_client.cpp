@@ -10,21 +10,12 @@
 #include "console/utf8.h"
 #include "ipc/acquired_message.h"
 #include "ipc/ipc.h"
+#include "ipc/time_limit.h"
 #include "state/logger.h"
 #include "state/process_state.h"
 
 namespace ventrik {
 namespace {
-
-// What a thread that is being cancelled grants its last end marker.
-constexpr std::uint64_t kPartingTimeout = 1'000'000'000;  // nanoseconds
-
-void LimitNextSend(const std::uint64_t& nanoseconds) {
-  struct sigevent unblock = {};
-  unblock.sigev_notify = SIGEV_UNBLOCK;
-  TimerTimeout(CLOCK_MONOTONIC, _NTO_TIMEOUT_SEND | _NTO_TIMEOUT_REPLY, &unblock, &nanoseconds,
-               nullptr);
-}
 
 void ForgetConnections(IpcMessage& message) {
   message.connections[0] = -1;

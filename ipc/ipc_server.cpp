@@ -43,7 +43,9 @@ IpcPeer* NewClientRecord(const IpcControlRecord& request) {
   return peer;
 }
 
+// Process 0 would mean this one.
 bool AttachToClient(IpcPeer& peer, const IpcControlRecord& request) {
+  if (request.words[2] == 0) return false;
   for (int i = 0; i < 2; ++i) {
     peer.connections[i] =
         ConnectAttach(0, static_cast<pid_t>(request.words[2]), static_cast<int>(request.words[i]),

@@ -51,6 +51,7 @@ void* ListenerThread(void* argument) {
       pthread_testcancel();
     }
   }
+  std::fflush(stdout);
   return nullptr;
 }
 

@@ -70,7 +70,8 @@ void SetResponseFilter(ClientApp& app, std::int32_t mode) {
 
 bool IsFiltered(const ClientApp& app, std::int32_t functionId) {
   return app.responseFilter.With([functionId](const std::vector<std::int32_t>& silenced) {
-    return std::find(silenced.begin(), silenced.end(), functionId) != silenced.end();
+    return functionId != FUNC_INVALID &&
+           std::find(silenced.begin(), silenced.end(), functionId) != silenced.end();
   });
 }
 

@@ -15,6 +15,7 @@
 
 #include <assert.h>
 #include <errno.h>
+#include <signal.h>
 #include <stdlib.h>
 #include <sys/dispatch.h>
 #include <sys/neutrino.h>

@@ -68,8 +68,10 @@ bool StartThread(pthread_t& thread, void* (*body)(void*), void* argument) {
 }
 
 void CancelAndForget(pthread_t& thread) {
+  pthread_mutex_lock(&countLock);
   const pthread_t old = thread;
   thread = 0;  // before the handle goes, because the signal handler may look at any moment
+  pthread_mutex_unlock(&countLock);
   if (old == 0) return;
   pthread_cancel(old);
   pthread_detach(old);

@@ -39,7 +39,10 @@ class Lifetime {
     SaveHistory();
     CancelThreads();
     // A thread that can't be got rid of keeps what it uses: then the process ends as it stands.
-    if (!platform::WaitForThreads(kThreadPatience)) _exit(0);
+    if (!platform::WaitForThreads(kThreadPatience)) {
+      StopLog(*responsePrinter);
+      _exit(0);
+    }
     delete std::exchange(responsePrinter, nullptr);
     delete std::exchange(communicationLayer, nullptr);
     app.history.clear();

@@ -9,6 +9,9 @@
 namespace ventrik {
 namespace {
 
+// Columns; a terminal's size has 16 bits. COLUMNS may claim more, which is not worth the memory.
+constexpr std::size_t kWidestTerminal = 65535;
+
 constexpr std::uint32_t kEnter = 10;
 constexpr std::uint32_t kEscape = 27;
 constexpr std::uint32_t kBackspace = 127;
@@ -145,10 +148,8 @@ std::wstring LineEditor::Redraw() const {
     visible = UpToZero(line_.substr(position_ - room, room));
   }
   // A negative width pads to its magnitude, as printf's does.
-  visible.resize(
-      std::max<std::size_t>(visible.size(),
-                            static_cast<std::size_t>(std::abs(static_cast<long long>(width_)))),
-      L' ');
+  const auto padded = static_cast<std::size_t>(std::abs(static_cast<long long>(width_)));
+  visible.resize(std::max(visible.size(), std::min(padded, kWidestTerminal)), L' ');
   const auto column = fits ? static_cast<std::int32_t>(position) : width_;
   // Oddity: at the start of the line a move by -1 is sent, which terminals ignore.
   const std::int32_t move = column == 0 ? -1 : column;

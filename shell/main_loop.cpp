@@ -3,8 +3,10 @@
 // once the wait states have cleared.
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <string>
 
 #include "command/batch_files.h"
@@ -12,6 +14,7 @@
 #include "command/list_store.h"
 #include "shell/history.h"
 #include "shell/keyboard.h"
+#include "shell/wait_states.h"
 #include "state/client_app.h"
 #include "state/logger.h"
 #include "state/process_state.h"
@@ -19,8 +22,7 @@
 namespace ventrik {
 namespace {
 
-constexpr std::uint32_t kTickMilliseconds = 50;
-constexpr useconds_t kTick = kTickMilliseconds * 1000;  // microseconds
+constexpr std::int32_t kUsualColumns = 80;
 
 void PrintBanner() {
   logger->print(L"%sVentrik Kelmora API tester\n\n%s", ColourGreen, ColourReset);
@@ -32,22 +34,17 @@ void PrintBanner() {
   logger->print(L"Press ENTER to pause continuous output, and type a command (for eg. help).\n");
 }
 
-void TakeConsoleWidth() {
-  const char* columns = std::getenv("COLUMNS");
-  if (columns != nullptr) consoleColumns = std::atoi(columns);
+// What a 32-bit atoi makes of the text, whatever that is.
+std::int32_t NumberOf(const char* text) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  const long long number = std::strtoll(text, nullptr, 10);
+  return static_cast<std::int32_t>(std::clamp<long long>(number, Limits::min(), Limits::max()));
 }
 
-// Spends one tick in a wait state, if there is one. `wait` runs out first; it counts ticks and
-// looks at no clock. What `waitresp` waits for is cleared by the listener.
-bool WaitOneTick() {
-  const std::uint32_t left = waitMilliseconds;
-  if (left != 0) {
-    waitMilliseconds = left >= kTickMilliseconds ? left - kTickMilliseconds : 0;
-  } else if (waitResponseId == 0) {
-    return false;
-  }
-  usleep(kTick);
-  return true;
+void TakeConsoleWidth() {
+  consoleColumns = kUsualColumns;
+  const char* columns = std::getenv("COLUMNS");
+  if (columns != nullptr) consoleColumns = NumberOf(columns);
 }
 
 int FetchLine(ClientApp& app, std::wstring& line) {
@@ -64,12 +61,17 @@ void ClientApp::Run() {
   PrintBanner();
   std::wstring line;
   while (mainLoopRunning && !stopRequested) {
-    if (WaitOneTick()) continue;
+    if (CountTick()) {
+      usleep(kTick);
+      continue;
+    }
     if (FetchLine(*this, line)) ExecuteCommand(*this, line, true);
   }
   std::fflush(stdout);
-  const CommandLockHolder hold;
+  // A replay that is stuck in a send keeps the lists, which go with the process anyway.
+  if (!commandLock.try_lock()) return;
   ClearAllLists(*this);
+  UnlockCommands();
 }
 
 }  // namespace ventrik

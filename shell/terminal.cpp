@@ -15,19 +15,19 @@ namespace {
 // The pause of a reader that goes on reading behind the end of its input.
 constexpr useconds_t kEndOfInputPause = 50000;  // microseconds
 
-// Raw mode for a scope. What is no terminal is read as it is.
+// Raw mode for a scope. What is no terminal is read as it is. The change doesn't wait for output to
+// drain: it concerns input alone, and a terminal that takes no output must not hold up the end.
 class RawMode {
  public:
   RawMode() : terminal_(tcgetattr(STDIN_FILENO, &saved_) == 0) {
     if (!terminal_) return;
     termios raw = saved_;
     raw.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
-    tcsetattr(STDIN_FILENO, TCSADRAIN, &raw);
+    tcsetattr(STDIN_FILENO, TCSANOW, &raw);
   }
   ~RawMode() {
     if (!terminal_) return;
-    while (tcsetattr(STDIN_FILENO, TCSADRAIN, &saved_) != 0 && errno == EINTR) {
-    }
+    tcsetattr(STDIN_FILENO, TCSANOW, &saved_);
   }
   RawMode(const RawMode&) = delete;
   RawMode& operator=(const RawMode&) = delete;

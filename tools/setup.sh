@@ -28,6 +28,10 @@ for package in "${wanted[@]}"; do
 done
 [ ${#missing[@]} -eq 0 ] && exit 0
 
+if ! command -v apt-get >/dev/null; then
+  echo "tools/setup.sh: no apt-get here; install what these Debian packages hold: ${missing[*]}" >&2
+  exit 1
+fi
 as_root=()
 [ "$(id -u)" = 0 ] || as_root=(sudo)
 echo "Installing: ${missing[*]}"

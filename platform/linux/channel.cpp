@@ -20,19 +20,21 @@ constexpr std::uint64_t kListenerKey = 0;
 constexpr std::uint64_t kWakeKey = 1;
 constexpr std::uint64_t kFirstInletKey = 2;
 constexpr std::uint32_t kGone = EPOLLRDHUP | EPOLLHUP | EPOLLERR;
+constexpr std::size_t kMostDropped = 1 << 20;  // bytes; more than a socket holds
 constexpr int kAcceptRetry = 100;  // milliseconds between tries while no descriptor is free
 
 enum class Arrival { kNothing, kStarted, kComplete, kBroken };
 
-// Drops what is left of an answered message. Returns false if more is to come or the sender is
-// gone.
-bool DropRest(Inlet& inlet) {
+// Drops the unread rest of an answered message, `count` bytes. Returns false if it isn't all there:
+// then its sender was cut off while it was still sending, and will not use this socket again.
+bool DropRest(const Inlet& inlet, std::size_t count) {
   char scratch[16384];
-  while (inlet.toDrop > 0) {
-    const std::size_t wanted = std::min(inlet.toDrop, sizeof scratch);
-    const ssize_t got = recv(inlet.descriptor.get(), scratch, wanted, MSG_DONTWAIT);
+  if (count > kMostDropped) return false;
+  while (count > 0) {
+    const ssize_t got =
+        recv(inlet.descriptor.get(), scratch, std::min(count, sizeof scratch), MSG_DONTWAIT);
     if (got <= 0) return false;
-    inlet.toDrop -= static_cast<std::size_t>(got);
+    count -= static_cast<std::size_t>(got);
   }
   return true;
 }
@@ -243,7 +245,7 @@ int Channel::TakeMessage(std::uint64_t key, std::uint32_t events, void* message,
     LoseLocked(*inlet);
     return 0;
   }
-  if (inlet->inHand || !DropRest(*inlet)) return 0;
+  if (inlet->inHand) return 0;
   inlet->fetched = 0;
   switch (ReceiveStart(*inlet, message, bytes)) {
     case Arrival::kNothing:
@@ -266,12 +268,13 @@ int Channel::TakeMessage(std::uint64_t key, std::uint32_t events, void* message,
   return inlet->receiveId;
 }
 
-void Channel::Release(Inlet& inlet) {
+bool Channel::Release(Inlet& inlet) {
   const std::lock_guard<std::mutex> hold(lock_);
-  inlet.toDrop = inlet.header.length - inlet.fetched - inlet.arrived.size();
+  const std::size_t unread = inlet.header.length - inlet.fetched - inlet.arrived.size();
   inlet.arrived.clear();
-  DropRest(inlet);
-  inlet.inHand = false;
+  const bool dropped = DropRest(inlet, unread);
+  inlet.inHand = !dropped;
+  return dropped;
 }
 
 void Channel::Lose(const std::shared_ptr<Inlet>& inlet) {
@@ -284,8 +287,8 @@ void Channel::LoseLocked(Inlet& inlet) {
   inlet.lost = true;
   inlets_.erase(inlet.key);
   epoll_ctl(epoll_.get(), EPOLL_CTL_DEL, inlet.descriptor.get(), nullptr);
-  if (inlet.inHand) RemoveMessageInHand(inlet.receiveId);
-  if (inlet.inHand && (flags_ & _NTO_CHF_UNBLOCK) != 0) {
+  const bool unanswered = inlet.inHand && RemoveMessageInHand(inlet.receiveId) != nullptr;
+  if (unanswered && (flags_ & _NTO_CHF_UNBLOCK) != 0) {
     pulses_.push_back({0, 0, _PULSE_CODE_UNBLOCK, {}, inlet.receiveId, 0});
   }
   const auto fromSameProcess = [&inlet](const auto& other) {

@@ -49,9 +49,6 @@ struct Inlet {
   SendHeader header = {};
   std::size_t fetched = 0;  // bytes of the message given to the caller, or skipped by an offset
   int receiveId = 0;
-
-  // Bytes of an answered message that were never fetched and must be dropped.
-  std::size_t toDrop = 0;
 };
 
 class Channel : public std::enable_shared_from_this<Channel> {
@@ -67,8 +64,10 @@ class Channel : public std::enable_shared_from_this<Channel> {
   // Gives up the path, wakes every receiver and hangs up on every sender.
   void Destroy();
 
-  // Gives `inlet` back for its next message, before the answer to the last one goes out.
-  void Release(Inlet& inlet);
+  // Gives `inlet` back for its next message, before the answer to the last one goes out. Returns
+  // false if there can be none, because the rest of the last one is still on its way: then it must
+  // be lost once it is answered.
+  bool Release(Inlet& inlet);
 
   // Takes a connection that is no more out of the channel, queueing the pulses that its flags ask
   // for.

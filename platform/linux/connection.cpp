@@ -24,6 +24,8 @@
 namespace platform {
 namespace {
 
+constexpr std::size_t kMostBytes = 0xFFFFFFFF;  // what a header can say
+
 thread_local bool cancelledSendWasAnswered = false;
 
 // Pieces of memory still to be sent or filled: a header and what goes with it. The few pieces that
@@ -252,6 +254,10 @@ void Connection::PutIdle(UniqueFd descriptor) {
 long Connection::Send(const iov_t* siov, std::size_t sparts, const iov_t* riov, std::size_t rparts,
                       const Deadline& deadline) {
   const CancellationDisabled quiet;
+  if (TotalLength(siov, sparts) > kMostBytes || TotalLength(riov, rparts) > kMostBytes) {
+    errno = EMSGSIZE;
+    return -1;
+  }
   for (;;) {
     UniqueFd descriptor = TakeIdle();
     const bool dialled = !descriptor;

@@ -15,6 +15,9 @@
 namespace platform {
 namespace {
 
+// How long an answer that has begun waits for its sender to take more of it.
+constexpr int kLongAnswerLimit = 15000;  // milliseconds
+
 // Receives exactly `bytes` of the payload of a message in hand, waiting while the sender sends.
 bool ReceivePayload(Inlet& inlet, void* data, std::size_t bytes,
                     const CancellationDisabled& quiet) {
@@ -59,24 +62,26 @@ bool SkipTo(Inlet& inlet, std::size_t offset, const CancellationDisabled& quiet)
   return true;
 }
 
-bool SendAnswer(Inlet& inlet, const ReplyHeader& header, const void* data,
-                const CancellationDisabled& quiet) {
+// An honest sender reads each answer before it sends again, so its socket has room for the next
+// one: one that has none is given up at once. Only in the middle of a long answer is there a wait.
+bool SendAnswer(Inlet& inlet, const ReplyHeader& header, const void* data) {
   iovec parts[2] = {{const_cast<ReplyHeader*>(&header), sizeof header},
                     {const_cast<void*>(data), header.length}};
   std::size_t first = 0;
+  bool begun = false;
   while (first < 2) {
     msghdr whole = {};
     whole.msg_iov = parts + first;
     whole.msg_iovlen = 2 - first;
     const ssize_t sent = sendmsg(inlet.descriptor.get(), &whole, MSG_NOSIGNAL | MSG_DONTWAIT);
-    if (sent < 0 && errno == EAGAIN) {  // an answer larger than the socket takes at once
+    if (sent < 0 && errno == EINTR) continue;
+    if (sent < 0) {
       pollfd wait = {inlet.descriptor.get(), POLLOUT, 0};
-      const CancellationAllowed open(quiet);
-      poll(&wait, 1, -1);
+      if (errno != EAGAIN || !begun || poll(&wait, 1, kLongAnswerLimit) == 0) return false;
       continue;
     }
-    if (sent < 0 && errno != EINTR) return false;
-    std::size_t done = sent > 0 ? static_cast<std::size_t>(sent) : 0;
+    begun = true;
+    auto done = static_cast<std::size_t>(sent);
     while (first < 2 && done >= parts[first].iov_len) done -= parts[first++].iov_len;
     if (first < 2) {
       parts[first].iov_base = static_cast<char*>(parts[first].iov_base) + done;
@@ -87,7 +92,7 @@ bool SendAnswer(Inlet& inlet, const ReplyHeader& header, const void* data,
 }
 
 int Answer(int receiveId, ReplyHeader header, const void* data, std::size_t bytes) {
-  const CancellationDisabled quiet;
+  const CancellationDisabled whole;
   const std::shared_ptr<Inlet> inlet = RemoveMessageInHand(receiveId);
   const std::shared_ptr<Channel> channel = inlet ? inlet->channel.lock() : nullptr;
   if (!channel) {
@@ -96,9 +101,10 @@ int Answer(int receiveId, ReplyHeader header, const void* data, std::size_t byte
   }
   header.length =
       static_cast<std::uint32_t>(std::min<std::size_t>(bytes, inlet->header.replyCapacity));
-  channel->Release(*inlet);
-  if (SendAnswer(*inlet, header, data, quiet)) return 0;
-  channel->Lose(inlet);
+  const bool reusable = channel->Release(*inlet);
+  const bool answered = SendAnswer(*inlet, header, data);
+  if (!answered || !reusable) channel->Lose(inlet);
+  if (answered) return 0;
   errno = ESRCH;
   return -1;
 }

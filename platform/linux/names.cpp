@@ -40,9 +40,9 @@ std::string ChannelBehind(const std::string& directory, const std::string& link)
   return ours ? directory + "/" + target : std::string();
 }
 
-// Points `link` at `target` in one step, whatever stood there.
-bool ReplaceLink(const std::string& link, const std::string& target) {
-  const std::string fresh = link + "~";
+// Points `link` at `target` in one step, whatever stood there. Expects the directory's lock held.
+bool ReplaceLink(const std::string& directory, const std::string& link, const std::string& target) {
+  const std::string fresh = directory + "/t." + std::to_string(getpid());
   unlink(fresh.c_str());
   if (symlink(target.c_str(), fresh.c_str()) != 0) return false;
   if (rename(fresh.c_str(), link.c_str()) == 0) return true;
@@ -91,7 +91,7 @@ name_attach_t* name_attach(dispatch_t* dpp, const char* path, unsigned flags) {
     errno = EEXIST;
     return nullptr;
   }
-  if (!platform::ReplaceLink(*link, platform::ChannelFile(dpp->chid))) return nullptr;
+  if (!platform::ReplaceLink(*directory, *link, platform::ChannelFile(dpp->chid))) return nullptr;
   auto attach = std::make_unique<platform::AttachedName>();
   attach->record = {dpp, dpp->chid, 0};
   attach->link = *link;

@@ -74,8 +74,7 @@ std::optional<std::string> NamePath(std::string_view name, bool create) {
 DirectoryLock::DirectoryLock(const std::string& directory)
     : descriptor_(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)) {
   if (!descriptor_) return;
-  while (flock(descriptor_.get(), LOCK_EX) != 0 && errno == EINTR) {
-  }
+  if (flock(descriptor_.get(), LOCK_EX) != 0) descriptor_ = UniqueFd();
 }
 
 void RemoveStaleFiles(const std::string& directory) {
@@ -86,6 +85,7 @@ void RemoveStaleFiles(const std::string& directory) {
     if (!SomebodyListens(path)) unlink(path.c_str());
   }
   for (const std::string& name : names) {
+    if (name.compare(0, 2, "t.") == 0) unlink((directory + "/" + name).c_str());
     if (name.compare(0, 2, "n.") != 0) continue;
     const std::string path = directory + "/" + name;
     struct stat target = {};

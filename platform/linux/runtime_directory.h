@@ -6,6 +6,7 @@
 //
 //     c.<process id>.<channel id>   the listening socket of a channel
 //     n.<name>                      a link to the socket of the channel attached to a name
+//     t.<process id>                such a link in the making
 //
 // Files of dead processes are removed by the next one that creates a channel.
 #pragma once
@@ -31,7 +32,8 @@ std::optional<std::string> ChannelPath(pid_t pid, int chid, bool create);
 // "/" or ".."; ENAMETOOLONG if it is longer than a file's name may be.
 std::optional<std::string> NamePath(std::string_view name, bool create);
 
-// Keeps other processes from creating, removing or attaching while it lives.
+// Keeps other processes from creating, removing or attaching while it lives. False if the directory
+// can't be locked or a signal handler ran meanwhile.
 class DirectoryLock {
  public:
   explicit DirectoryLock(const std::string& directory);

@@ -20,11 +20,11 @@ std::vector<CommandRow> AllRows() {
 
 // The number of parameters that each command takes, 0 for any.
 const std::map<std::wstring, std::uint32_t> kCounts = {
-    {L"batch", 1},     {L"done", 0},      {L"help", 0},         {L"init", 0},    {L"list", 6},
-    {L"prompt", 1},    {L"quit", 0},      {L"rldresp", 1},      {L"scroll", 1},  {L"server", 1},
-    {L"spell", 1},     {L"startlog", 1},  {L"stopbatchlog", 0}, {L"stoplog", 0}, {L"var", 1},
-    {L"varassign", 2}, {L"varconcat", 2}, {L"verd", 0},         {L"vers", 0},    {L"wait", 1},
-    {L"waitresp", 1},  {L"weather", 1},
+    {L"batch", 1},     {L"done", 0},     {L"help", 0},    {L"init", 0},   {L"list", 6},
+    {L"prompt", 1},    {L"quit", 0},     {L"rldresp", 1}, {L"scroll", 1}, {L"server", 1},
+    {L"spell", 1},     {L"startlog", 1}, {L"stoplog", 0}, {L"var", 1},    {L"varassign", 2},
+    {L"varconcat", 2}, {L"verd", 0},     {L"vers", 0},    {L"wait", 1},   {L"waitresp", 1},
+    {L"weather", 1},
 };
 
 TEST(CommandTable, EachOfTheseCommandsIsThereOnceWithItsCount) {

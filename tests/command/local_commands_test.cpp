@@ -122,12 +122,6 @@ TEST_F(LocalCommands, ServerNameIsNarrowAndAlwaysPrintedWhole) {
   EXPECT_EQ(Printed(), L"The server is changed to a??b.\n");
 }
 
-TEST_F(LocalCommands, StopbatchlogSetsItsFlag) {
-  Run(L"stopbatchlog");
-  EXPECT_EQ(stopBatchlog, 1);
-  EXPECT_EQ(Printed(), L"");
-}
-
 // A thread that reads from a pipe until something is there, and what became of it.
 class WaitingThread {
  public:

@@ -2,6 +2,7 @@
 // COMMUNICATION_LAYER with one server: sending, receiving, connecting, and what failures leave.
 #include "ipc/client_communication_layer_posix.h"
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -267,6 +268,10 @@ TEST_F(LayerTest, HundredsOfMessagesBothWaysLeaveNoDescriptorBehind) {
 
 TEST_F(LayerTest, SenderAndListenerThatBothConnectEndUpOnOneConnection) {
   const auto server = StartServer("navigation", [](IpcServer* own) {
+    rlimit limit = {};  // every round leaves the server two connections
+    getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
     for (;;) {
       IpcMessage* message = AcceptMessage(own);
       int handshakes = 0;
@@ -279,7 +284,7 @@ TEST_F(LayerTest, SenderAndListenerThatBothConnectEndUpOnOneConnection) {
     }
     return 0;
   });
-  for (int round = 1; round <= 150; ++round) {
+  for (int round = 1; round <= 1000; ++round) {
     std::string heard;
     std::thread listener([this, &heard] { heard = Receive(); });
     Send("how many handshakes?");

@@ -57,14 +57,14 @@ TEST_F(RawSocketTest, MessageInPiecesArrivesWholeWhileOthersAreServed) {
   const int coid = ConnectToReceiver(0, AnswerLengths);
   const int slow = Dial();
   ASSERT_GE(slow, 0);
-  const std::string bytes = Message("seventeen bytes..");
+  const std::string bytes = Message("sixteen bytes...");
   for (const char byte : bytes) {
     ASSERT_EQ(send(slow, &byte, 1, 0), 1);
     ASSERT_EQ(SendText(coid, "between"), 7);
   }
   platform::ReplyHeader reply = {};
   ASSERT_EQ(recv(slow, &reply, sizeof reply, MSG_WAITALL), static_cast<ssize_t>(sizeof reply));
-  EXPECT_EQ(reply.status, 17);
+  EXPECT_EQ(reply.status, 16);
   close(slow);
 }
 
@@ -85,6 +85,23 @@ TEST_F(RawSocketTest, LengthThatNeverComesDoesNotHoldUpOthers) {
   EXPECT_EQ(SendText(coid, "served"), 6);
   close(liar);
   EXPECT_EQ(SendText(coid, "served"), 6);
+}
+
+TEST_F(RawSocketTest, SenderThatReadsNoAnswersHoldsUpNobody) {
+  const int coid = ConnectToReceiver(0, AnswerLengths);
+  const int rude = Dial();
+  ASSERT_GE(rude, 0);
+  const std::string message = Message("answer me");
+  ssize_t sent = 0;
+  for (int i = 0; i < 100000 && sent >= 0; ++i) {
+    sent = send(rude, message.data(), message.size(), MSG_NOSIGNAL);
+    if (i % 100 == 0) {
+      ASSERT_EQ(SendText(coid, "served"), 6);
+    }
+  }
+  EXPECT_LT(sent, 0) << "it is hung up on";
+  EXPECT_EQ(SendText(coid, "served"), 6);
+  close(rude);
 }
 
 TEST_F(RawSocketTest, OtherUsersAreHungUpOn) {

@@ -108,6 +108,20 @@ TEST_F(NamesTest, LongNamesThatAreStillNamesWork) {
   EXPECT_EQ(SendText(name_open(name.c_str(), 0), "long"), 4);
 }
 
+TEST_F(NamesTest, LongestNameHas253BytesAndOneMoreIsRefused) {
+  const std::string longest(253, 'n');
+  const auto server = StartServer(longest.c_str());
+  EXPECT_EQ(SendText(name_open(longest.c_str(), 0), "long"), 4);
+  EXPECT_EQ(Attach((longest + "n").c_str()), nullptr);
+  EXPECT_EQ(errno, ENAMETOOLONG);
+}
+
+TEST_F(NamesTest, AttachingOneNameLeavesItsNeighboursAlone) {
+  const auto neighbour = StartServer("navigation~");
+  const auto server = StartServer("navigation");
+  EXPECT_EQ(SendText(name_open("navigation~", 0), "still"), 5);
+}
+
 TEST(RuntimeDirectoryTest, PathThatNoSocketAddressHoldsIsAnErrorAndIsNotCutShort) {
   const TemporaryDirectory base;
   const std::string deep = base.path() + "/" + std::string(120, 'd');

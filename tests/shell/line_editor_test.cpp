@@ -167,6 +167,14 @@ TEST_F(LineEditorTest, NegativeWidthPadsToItsMagnitudeAndStillEdits) {
   }
 }
 
+TEST_F(LineEditorTest, WidthThatNoTerminalHasCostsNoMemory) {
+  for (const std::int32_t columns : {2147483647, -2147483647 - 1}) {
+    Open(columns);
+    EXPECT_LE(Type(L"ab").size(), 65600u);
+    EXPECT_EQ(editor_->line(), L"ab");
+  }
+}
+
 TEST_F(LineEditorTest, CharacterZeroEndsWhatIsShown) {
   Type(std::wstring(L"ab") + L'\0' + L"c");
   EXPECT_EQ(editor_->line().size(), 4u);

@@ -141,3 +141,13 @@ def test_end_of_input_reads_on_until_a_signal(place):
     process.send_signal(signal.SIGTERM)
     process.communicate(timeout=30)
     assert process.returncode == 0
+
+
+def test_signal_while_the_terminal_takes_no_output(place):
+    tester = place.tester().see("Press ENTER")
+    tester.command("init").see("Listen Error: -1", 3)
+    time.sleep(1)  # nobody reads: the stream of errors fills the terminal
+    tester.signal(signal.SIGTERM)
+    # Not ends_with(), which would read what is waiting.
+    until(lambda: not tester.child.isalive())
+    assert tester.child.exitstatus == 0
