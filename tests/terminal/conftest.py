@@ -6,6 +6,7 @@ A test types keys and waits for what the screen shows, never for a time.
 
 import os
 import pathlib
+import re
 import shutil
 import signal
 import subprocess
@@ -16,6 +17,8 @@ import pexpect
 import pyte
 import pytest
 
+NEGATIVE_MOVE = re.compile(r"\x1b\[-\d+C")
+UNFINISHED = re.compile(r"\x1b(\[-?\d*)?$")
 PATIENCE = 30  # seconds until a test counts as hanging
 
 
@@ -97,6 +100,7 @@ class Tester:
         self.screen = Screen(columns, 24, history=5000)
         self.stream = Stream(self.screen)
         self.raw = ""
+        self.unread = ""  # the beginning of an escape sequence
         self.child = pexpect.spawn(
             str(place.programs / "ventrik"),
             env=place.environment(**environment),
@@ -131,7 +135,14 @@ class Tester:
         except (pexpect.TIMEOUT, pexpect.EOF):
             return
         self.raw += text
-        self.stream.feed(text)
+        self.stream.feed(self._as_a_terminal_reads(text))
+
+    def _as_a_terminal_reads(self, text):
+        """Without the moves by -1, which terminals ignore and the emulator takes for text."""
+        text = self.unread + text
+        begun = UNFINISHED.search(text)
+        self.unread = text[begun.start() :] if begun else ""
+        return NEGATIVE_MOVE.sub("", text[: len(text) - len(self.unread)])
 
     def text(self):
         """Everything shown so far, line by line, scrolled-off lines included."""
@@ -149,6 +160,20 @@ class Tester:
             self._take()
             assert time.monotonic() < end, f"never saw {sight!r} x {times} in:\n{self.text()}"
         return self
+
+    def until(self, condition, what):
+        """Waits until `condition` holds."""
+        end = time.monotonic() + PATIENCE
+        while not condition():
+            self._take()
+            assert time.monotonic() < end, f"never came: {what}; in:\n{self.text()}"
+        return self
+
+    def settle(self, seconds):
+        """Takes what comes for a while, for what must not come."""
+        end = time.monotonic() + seconds
+        while time.monotonic() < end:
+            self._take()
 
     def cursor_line(self):
         return self.screen.display[self.screen.cursor.y].rstrip()
