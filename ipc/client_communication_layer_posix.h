@@ -5,10 +5,11 @@
 // messages of one Send together, and gives the listener its blocking Receive. A send's result says
 // nothing of whether the server took the message: answers arrive later, as messages of their own.
 //
-// Locks. `mutex` covers one Send and is always taken after commandLock; a thread cancelled in a
-// send releases it by unwinding. `connecting` makes two threads that both find the layer
-// unconnected end up on one connection: the second waits and takes the first's result. `client` has
-// a leaf lock, so that Disconnect can't free a connection under a thread that reads it.
+// Locks. `mutex` covers one Send and is taken after commandLock where both are held; a thread
+// cancelled in a send releases it by unwinding. `connecting` makes two threads that both find the
+// layer unconnected end up on one connection: the second waits and takes the first's result.
+// `client` has a leaf lock, so that Disconnect can't free a connection under a thread that reads
+// it.
 #pragma once
 
 #include <cstddef>

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // One builder for each request: encodes it (messages/encoders.h) and sends it to the server.
 //
-// Every function here: Expects commandLock held; returns when the block is handed over; the send's
-// result is dropped, because the communication layer reports a failure on the console itself. While
-// there is no communication layer, nothing is sent. Blocks as long as the send does.
+// Every function here: Expects commandLock held, but for the keys that move the map; returns when
+// the block is handed over; the send's result is dropped, because the communication layer reports a
+// failure on the console itself. While there is no communication layer, nothing is sent. Blocks as
+// long as the send does.
 #pragma once
 
 #include <cstddef>

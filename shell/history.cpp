@@ -24,16 +24,36 @@ struct HistoryImage {
 };
 
 // What SaveHistory writes. The image before it is kept as well, because a handler may have begun to
-// write it when the history changed.
+// write it when the history changed. Neither is ever destroyed: a signal can come at the very end.
 HistoryImage* volatile currentImage = nullptr;
-std::unique_ptr<HistoryImage> imageInUse;
-std::unique_ptr<HistoryImage> imageBefore;
+
+struct Images {
+  std::unique_ptr<HistoryImage> inUse;
+  std::unique_ptr<HistoryImage> before;
+};
+
+Images& TheImages() {
+  static Images& images = *new Images;
+  return images;
+}
+
+// What a typed entry leaves in the file: a C string without line ends, which would come back as
+// entries of their own, empty ones among them.
+std::wstring AsOneLine(const std::wstring& entry) {
+  std::wstring line;
+  for (const wchar_t character : entry) {
+    if (character == L'\0') break;
+    if (character != L'\n' && character != L'\r') line += character;
+  }
+  return line;
+}
 
 void PrepareImage(const ClientApp& app) {
   auto image = std::make_unique<HistoryImage>();
   image->bytes = HistoryFileText(app.history, image->endless);
   currentImage = image.get();
-  imageBefore = std::exchange(imageInUse, std::move(image));
+  Images& images = TheImages();
+  images.before = std::exchange(images.inUse, std::move(image));
 }
 
 void WriteImage(const HistoryImage& image) {
@@ -61,8 +81,8 @@ std::string HistoryFileText(const std::vector<std::wstring>& history, bool& endl
   for (std::size_t i = first; i < history.size(); ++i) {
     endless = history[i].empty();
     if (endless) break;
-    bytes += WideToTerminal(history[i].c_str());  // as a C string: a 0 in the line ends it
-    bytes += '\n';
+    const std::wstring line = AsOneLine(history[i]);
+    if (!line.empty()) bytes += WideToTerminal(line) + '\n';
   }
   return bytes;
 }

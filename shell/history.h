@@ -7,6 +7,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "state/client_app.h"
 
@@ -19,12 +20,14 @@ void LoadHistory(ClientApp& app);
 void AppendToHistory(ClientApp& app, const std::wstring& line);
 
 // Writes the newest 1000 entries to the file, as they stood after the latest change. A file that
-// can't be written is not reported. Safe in a signal handler.
+// can't be written is not reported. Before LoadHistory it does nothing. Safe in a signal handler.
 // Oddity: an empty entry, which only a file with blank lines brings, ends the writing in an endless
 // wait.
 void SaveHistory();
 
-// The bytes that the file holds for a history. Stops at an empty entry, setting `endless`. Pure.
+// The bytes that the file holds for a history: UTF-8, "?" for what has no such form. Line ends
+// inside an entry are left out, and so is all behind a 0. Stops at an empty entry, setting
+// `endless`. Pure.
 std::string HistoryFileText(const std::vector<std::wstring>& history, bool& endless);
 
 }  // namespace ventrik

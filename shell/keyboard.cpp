@@ -2,6 +2,7 @@
 #include "shell/keyboard.h"
 
 #include <cstdio>
+#include <optional>
 
 #include "shell/history.h"
 #include "shell/line_editor.h"
@@ -26,7 +27,10 @@ Edited EditLine(const wchar_t* prompt, std::wstring& line, ClientApp& app) {
   Print(editor.Begin());
   while (!editor.Done()) {
     const std::optional<std::uint32_t> key = ReadKey();
-    if (!key) return Edited::kAbandoned;
+    if (!key) {
+      logger->print(L"%s\n", ColourReset);  // leaves the shell an uncoloured line of its own
+      return Edited::kAbandoned;
+    }
     const std::wstring redrawn = editor.TakeKey(*key);
     if (!redrawn.empty()) Print(redrawn);
   }
@@ -43,6 +47,7 @@ int ReadKeyboardLine(ClientApp& app, std::wstring& line) {
   int execute = 1;
   if (*key != '\r' && *key != '\n' && app.scrollOn) {
     HandleSpecialKey(app, *key, true);
+    if (!mainLoopRunning) return 0;
     execute = 0;
   }
   holdOutput = 1;

@@ -48,16 +48,6 @@ void Zoom(ClientApp& app, std::int32_t scale) {
   send::REQU_MAP_CONTROLS("<MID>map<*><MZ>" + std::to_string(scale) + "<*>");
 }
 
-std::int32_t ZoomedOut(std::int32_t scale) {
-  const double larger = scale * kZoomStep;
-  return larger < kLargestScale ? static_cast<std::int32_t>(larger) : kLargestScale;
-}
-
-std::int32_t ZoomedIn(std::int32_t scale) {
-  const double smaller = scale / kZoomStep;
-  return smaller > kSmallestScale ? static_cast<std::int32_t>(smaller) : kSmallestScale;
-}
-
 int ActOn(ClientApp& app, int key) {
   if (const char* direction = DirectionOf(key)) {
     Move(direction);
@@ -75,6 +65,16 @@ int ActOn(ClientApp& app, int key) {
 }
 
 }  // namespace
+
+std::int32_t ZoomedOut(std::int32_t scale) {
+  const double larger = scale * kZoomStep;
+  return larger < kLargestScale ? static_cast<std::int32_t>(larger) : kLargestScale;
+}
+
+std::int32_t ZoomedIn(std::int32_t scale) {
+  const double smaller = scale / kZoomStep;
+  return smaller > kSmallestScale ? static_cast<std::int32_t>(smaller) : kSmallestScale;
+}
 
 int HandleSpecialKey(ClientApp& app, int key, bool flushInput) {
   const int acted = ActOn(app, key);

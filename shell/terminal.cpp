@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "shell/terminal.h"
 
+#include <poll.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -12,7 +13,7 @@
 namespace ventrik {
 namespace {
 
-// The pause of a reader that goes on reading behind the end of its input.
+// The pause of a reader that goes on reading behind the end of its input, or that can't read.
 constexpr useconds_t kEndOfInputPause = 50000;  // microseconds
 
 // Raw mode for a scope. What is no terminal is read as it is. The change doesn't wait for output to
@@ -44,6 +45,11 @@ std::optional<int> ReadByte() {
     const ssize_t got = read(STDIN_FILENO, &byte, 1);
     if (got == 1) return byte;
     if (got < 0 && errno == EINTR) continue;
+    if (got < 0 && errno == EAGAIN) {  // somebody made the terminal non-blocking
+      pollfd wait = {STDIN_FILENO, POLLIN, 0};
+      poll(&wait, 1, -1);
+      continue;
+    }
     usleep(kEndOfInputPause);
     return -1;
   }

@@ -10,8 +10,8 @@
 
 namespace ventrik {
 
-// One byte as a number, -1 at the end of the input. Nothing if the program is being ended by a
-// signal. Blocks. Main thread.
+// One byte as a number, -1 after a pause at the end of the input or if it can't be read. Nothing if
+// the program is being ended by a signal. Blocks. Main thread.
 std::optional<int> ReadRawByte();
 
 // One whole character, decoded from UTF-8; 0 at the end of the input. Nothing as ReadRawByte.

@@ -45,7 +45,9 @@ TEST(Configuration, OnlyExactlyOneSets) {
 }
 
 TEST(Configuration, CarriageReturnsSpoilTheValue) {
-  EXPECT_EQ(Apply("hidecomments=1\r\nbatchhistory=1\r\n").hideComments, 0);
+  const Switches none = Apply("hidecomments=1\r\nbatchhistory=1\r\n");
+  EXPECT_EQ(none.hideComments, 0);
+  EXPECT_EQ(none.batchHistory, 0);
 }
 
 TEST(Configuration, OtherKeysAndBareLinesDoNothing) {

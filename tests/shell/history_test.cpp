@@ -114,6 +114,14 @@ TEST(HistoryFileText, EmptyEntryBeforeTheNewestThousandDoesNotMatter) {
   EXPECT_FALSE(endless);
 }
 
+TEST(HistoryFileText, TypedControlCharactersLeaveNoBlankLines) {
+  bool endless = true;
+  const std::wstring zero(1, L'\0');
+  EXPECT_EQ(HistoryFileText({zero, L"a" + zero + L"b", L"abc\r", L"\r", L"d\ne"}, endless),
+            "a\nabc\nde\n");
+  EXPECT_FALSE(endless);
+}
+
 TEST(HistoryFileText, OfNothingIsNothing) {
   bool endless = true;
   EXPECT_EQ(HistoryFileText({}, endless), "");

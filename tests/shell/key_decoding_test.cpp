@@ -53,6 +53,12 @@ TEST(KeyDecoding, AllBitsSetGiveZeroAndReadNoMore) {
   EXPECT_EQ(Decode({-1, 'x'}).used, 1u);
 }
 
+TEST(KeyDecoding, SixFollowingBytesWrapAtThirtyTwoBits) {
+  EXPECT_EQ(Decode({0xFE, 0xBF, 0xBF, 0xBF, 0xBF, 0xBF, 0xBF}).key, 0xFFFFFFFFu);
+  EXPECT_EQ(Decode({0xBF, 'x'}).key, 0u) << "bits 5 to 0 set";
+  EXPECT_EQ(Decode({0xBF, 'x'}).used, 1u);
+}
+
 TEST(KeyDecoding, LoneContinuationBytesLeadTooAsTheBitsSay) {
   EXPECT_EQ(Decode({0x81, 0x82}).key, 1u * 64 + 2) << "bit 5 clear: one more byte";
   EXPECT_EQ(Decode({0xA1, 0x82, 0x83}).key, (1u * 64 + 2) * 64 + 3) << "bit 4 clear: two more";
@@ -61,6 +67,7 @@ TEST(KeyDecoding, LoneContinuationBytesLeadTooAsTheBitsSay) {
 TEST(KeyDecoding, OverlongFormsActAsTheKeyTheyMean) {
   EXPECT_EQ(Decode({0xC0, 0x8A}).key, 10u);
   EXPECT_EQ(Decode({0xC1, 0xBF}).key, 127u);
+  EXPECT_EQ(Decode({0xC0, 0x9B}).key, 27u);
 }
 
 TEST(KeyDecoding, SignalInTheMiddleGivesNothing) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -133,6 +134,24 @@ TEST_F(LineEditorTest, HistoryUpAndDown) {
   EXPECT_EQ(LineAfter(kDown), L"|");
   EXPECT_EQ(LineAfter(L"x" + kDown), L"|") << "what was typed is gone";
   EXPECT_EQ(historyCursor_, 2);
+}
+
+TEST_F(LineEditorTest, EditingARecalledLineLeavesTheHistoryAsItIs) {
+  history_ = {L"first", L"second"};
+  EXPECT_EQ(LineAfter(kUp + L"!"), L"second!|");
+  EXPECT_EQ(LineAfter(kUp + kDown), L"second|");
+}
+
+TEST_F(LineEditorTest, OverwritingGoesOnAtTheNextPrompt) {
+  Type(kInsert + L"\n");
+  Open();
+  EXPECT_EQ(LineAfter(L"ab" + kHome + L"X"), L"X|b");
+}
+
+TEST_F(LineEditorTest, EnterAsTheLastKeyOfInsertTogglesAndEnds) {
+  Type(L"\033[2\n");
+  EXPECT_EQ(overwrite_, 1);
+  EXPECT_TRUE(editor_->Done());
 }
 
 TEST_F(LineEditorTest, HistoryKeysWithoutAHistoryLeaveAnEmptyLine) {

@@ -17,25 +17,15 @@ def opened(place, columns=80, **environment):
 
 
 def until_cursor_line(tester, line):
-    def shown():
-        tester._take()
-        return tester.cursor_line() == line
-
-    tester.until(shown, line)
-    return tester
+    return tester.until(lambda: tester.cursor_line() == line, line)
 
 
 def until_cursor_at(tester, column):
-    def there():
-        tester._take()
-        return tester.screen.cursor.x == column
-
-    tester.until(there, f"cursor in column {column}")
-    return tester
+    return tester.until(lambda: tester.screen.cursor.x == column, f"cursor in column {column}")
 
 
 def recorded(place):
-    """What the engine has taken, as payloads in hexadecimal without the FunctionId."""
+    """What the engine has taken: each message's number and the bytes behind it."""
     lines = (place.work / "record.log").read_text().split("\n")
     return [(int.from_bytes(bytes.fromhex(line[16:24]), "little"), bytes.fromhex(line[24:]))
             for line in lines if line]
