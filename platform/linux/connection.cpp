@@ -149,7 +149,8 @@ class Exchange {
       if (!Wait(POLLIN, ready)) return GiveUp();
       const Part part = ReceivePart();
       if (part == Part::kMore) continue;
-      if (part == Part::kWhole) return everythingOut ? End::kAnswered : End::kAnsweredCut;
+      const bool reusable = everythingOut && answer_.last == 0;
+      if (part == Part::kWhole) return reusable ? End::kAnswered : End::kAnsweredCut;
       errno = ESRCH;
       return End::kFailed;
     }

@@ -102,6 +102,7 @@ int Answer(int receiveId, ReplyHeader header, const void* data, std::size_t byte
   header.length =
       static_cast<std::uint32_t>(std::min<std::size_t>(bytes, inlet->header.replyCapacity));
   const bool reusable = channel->Release(*inlet);
+  header.last = !reusable;
   const bool answered = SendAnswer(*inlet, header, data);
   if (!answered || !reusable) channel->Lose(inlet);
   if (answered) return 0;
@@ -178,9 +179,9 @@ ssize_t MsgRead(int rcvid, void* msg, std::size_t bytes, std::size_t offset) {
 }
 
 int MsgReply(int rcvid, long status, const void* msg, std::size_t bytes) {
-  return platform::Answer(rcvid, {static_cast<std::int32_t>(status), 0, 0}, msg, bytes);
+  return platform::Answer(rcvid, {static_cast<std::int32_t>(status), 0, 0, 0}, msg, bytes);
 }
 
 int MsgError(int rcvid, int error) {
-  return platform::Answer(rcvid, {0, error, 0}, nullptr, 0);
+  return platform::Answer(rcvid, {0, error, 0, 0}, nullptr, 0);
 }

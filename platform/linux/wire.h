@@ -23,7 +23,8 @@ struct ReplyHeader {
   std::int32_t status;   // result of the send if `error` is 0
   std::int32_t error;    // errno of a refused message
   std::uint32_t length;  // bytes of answer behind this header
+  std::uint32_t last;    // not 0: the receiver hangs up, and the next message must dial anew
 };
-static_assert(sizeof(ReplyHeader) == 12);
+static_assert(sizeof(ReplyHeader) == 16);
 
 }  // namespace platform
