@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/child_process.h"
 
+#include <cerrno>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -63,7 +64,11 @@ void ChildProcess::Continue() {
 
 int ChildProcess::Wait() {
   int status = 0;
-  if (waitpid(pid_, &status, 0) != pid_) return -1000;
+  pid_t ended = -1;
+  do {
+    ended = waitpid(pid_, &status, 0);
+  } while (ended == -1 && errno == EINTR);
+  if (ended != pid_) return -1000;
   pid_ = 0;
   return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
