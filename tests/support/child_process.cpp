@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/support/child_process.h"
 
-#include <cerrno>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 
