@@ -25,7 +25,7 @@ bool RunFirstMatch(const CommandRows& rows, ClientApp& app, CommandLine& line) {
 
 bool RunFromCommandTable(ClientApp& app, CommandLine& line) {
   if (line.name.empty() || !CanBeginACommand(line.name[0])) return false;
-  return RunFirstMatch(LocalCommands(), app, line) ||
+  return RunFirstMatch(LocalCommands(), app, line) || RunFirstMatch(ListCommands(), app, line) ||
          RunFirstMatch(NavigationCommands(), app, line);
 }
 

@@ -20,6 +20,7 @@ struct CommandRows {
 };
 
 CommandRows LocalCommands();       // acts inside the tester: command/local_commands.cpp
+CommandRows ListCommands();        // builds up the named lists: command/list_commands.cpp
 CommandRows NavigationCommands();  // sends a request: command/navigation_commands.cpp
 
 // Runs the command that the parsed line names. Returns false if there is none of that name with

@@ -1,74 +1,147 @@
 // SPDX-License-Identifier: Apache-2.0
-// The commands that stand for a request to the navigation server.
+// The commands that stand for a request to the navigation server: keyword, how each parameter is
+// converted, and the request that takes the results in this order.
 //
 // A command sends and returns: answers come to the listener. Errors in a parameter's value are not
 // reported, because words and numbers have their defaults.
+#include <cstddef>
 #include <iterator>
+#include <utility>
 
 #include "command/command_table.h"
-#include "command/list_store.h"
+#include "command/navigation_sequences.h"
 #include "command/parameters.h"
-#include "console/utf8.h"
 #include "messages/builders.h"
-#include "messages/function_ids.h"
-#include "messages/listener.h"
-#include "messages/words.h"
-#include "state/process_state.h"
+#include "messages/word_parsers.h"
 
 namespace ventrik {
 namespace {
 
-// The list of strings that a parameter names, created empty if there is none.
-const SStringArray& NamedStrings(ClientApp& app, CommandParameter& parameter) {
+// The conversions.
+
+// Tagged text, UTF-8.
+const char* Eis(ClientApp&, CommandParameter& parameter) {
+  return ParamUtf8(parameter);
+}
+
+// One byte for each character.
+const char* Narrow(ClientApp&, CommandParameter& parameter) {
+  return ParamNarrow(parameter);
+}
+
+std::int32_t Int(ClientApp&, CommandParameter& parameter) {
+  return ParamInt(parameter);
+}
+
+double Double(ClientApp&, CommandParameter& parameter) {
+  return ParamDouble(parameter);
+}
+
+std::int32_t OnOff(ClientApp&, CommandParameter& parameter) {
+  return ParamOnOff(parameter);
+}
+
+// A word, or several flags, of one of the tables of messages/word_parsers.h.
+template <std::int32_t (*parse)(const wchar_t*)>
+std::int32_t Word(ClientApp&, CommandParameter& parameter) {
+  return parse(parameter.text.c_str());
+}
+
+// The named list, created empty if there is none.
+
+const SStringArray& Strings(ClientApp& app, CommandParameter& parameter) {
   return FindOrCreateList(app.stringArrayLists, ParamNarrow(parameter));
 }
 
-void RunDone(ClientApp& app, CommandLine&) {
-  ClearAllLists(app);
-  send::REQU_SHUTDOWN();
+const SRouteModeList& Routes(ClientApp& app, CommandParameter& parameter) {
+  return FindOrCreateList(app.routeModeLists, ParamNarrow(parameter));
 }
 
-void RunInit(ClientApp& app, CommandLine&) {
-  if (communicationLayer != nullptr && responsePrinter != nullptr) StartListener(app);
-  send::REQU_INIT();
+const SDestinationElementList& Destinations(ClientApp& app, CommandParameter& parameter) {
+  return FindOrCreateList(app.destinationElementLists, ParamNarrow(parameter));
 }
 
-// Counts how often in a row the same list was asked for.
-void CountRepeatedList(ClientApp& app, const std::wstring& inputEis) {
-  if (inputEis == app.lastListEis) {
-    ++app.listRepeatCount;
-  } else {
-    app.lastListEis = inputEis;
-    app.listRepeatCount = 1;
-  }
+template <auto request, auto... conversions, std::size_t... index>
+void SendConverted([[maybe_unused]] ClientApp& app, [[maybe_unused]] CommandLine& line,
+                   std::index_sequence<index...>) {
+  request(conversions(app, line.parameters[index])...);
 }
 
-void RunList(ClientApp& app, CommandLine& line) {
-  auto& parameters = line.parameters;
-  CountRepeatedList(app, Utf8ToWide(ParamUtf8(parameters[0])));
-  // Before the request goes out, so that the response can't arrive first.
-  waitResponseId = RESP_GET_LIST;
-  send::REQU_GET_LIST(ParamUtf8(parameters[0]), ParamInt(parameters[1]), ParamInt(parameters[2]),
-                      ParseSortOption(parameters[3].text), NamedStrings(app, parameters[4]),
-                      ParamOnOff(parameters[5]));
-  app.listRequested = 1;
+// A parameter that isn't there counts as empty.
+template <auto request, auto... conversions>
+void Send(ClientApp& app, CommandLine& line) {
+  constexpr std::size_t count = sizeof...(conversions);
+  if (line.parameters.size() < count) line.parameters.resize(count);
+  SendConverted<request, conversions...>(app, line, std::make_index_sequence<count>());
 }
 
-void RunSpell(ClientApp&, CommandLine& line) {
-  send::REQU_GET_SPELL(ParamUtf8(line.parameters[0]));
+// A row whose command takes as many parameters as it has conversions.
+template <auto request, auto... conversions>
+constexpr CommandRow Request(const wchar_t* keyword) {
+  return {keyword, sizeof...(conversions), Send<request, conversions...>};
 }
 
-void RunVerd(ClientApp&, CommandLine&) {
-  send::REQU_GET_DB_VERSION();
-}
-
-void RunVers(ClientApp&, CommandLine&) {
-  send::REQU_GET_SW_VERSION();
+// A row whose command takes any number of parameters.
+template <auto request, auto... conversions>
+constexpr CommandRow Lenient(const wchar_t* keyword) {
+  return {keyword, 0, Send<request, conversions...>};
 }
 
 constexpr CommandRow kNavigationCommands[] = {
-    {L"done", 0, RunDone},   {L"init", 0, RunInit}, {L"list", 6, RunList},
-    {L"spell", 1, RunSpell}, {L"verd", 0, RunVerd}, {L"vers", 0, RunVers},
+    Request<send::REQU_CANCEL_ADA>(L"adac"),
+    Request<send::REQU_REPEAT_ADA>(L"adar"),
+    Request<send::REQU_SET_ADA, OnOff>(L"adas"),
+    Request<send::REQU_ADD_DATA_SRC, Eis>(L"addsrc"),
+    Request<send::REQU_PROMPT_READY, Word<ParseAudioSource>>(L"audio"),
+    Request<send::REQU_ROUTE_START_RECORDING>(L"begrec"),
+    Request<send::REQU_BLOCK_ROUTE, Word<ParseBlockMode>, Strings>(L"blk"),
+    Lenient<send::REQU_SET_DATA_CONNECTION_AVAILABLE, Int, Eis>(L"connaval"),
+    Request<send::REQU_SET_DATA_CONNECTION_AVAILABLE, Int, Eis>(L"connavail"),
+    Lenient<send::REQU_SET_DATA_CONNECTION_INFO, Eis>(L"conninf"),
+    Request<send::REQU_SET_DATA_CONNECTION_INFO, Eis>(L"conninfo"),
+    Request<send::REQU_SET_DEMO_MODE, OnOff, Double, Double>(L"demo"),  // longitude first
+    {L"det", 2, RunDet},
+    Request<send::REQU_STORE_DEVICE_STATUS, Eis>(L"device_status"),
+    {L"done", 0, RunDone},
+    Request<send::REQU_ROUTE_STOP_RECORDING>(L"endrec"),
+    Request<send::REQU_GET_AVAILABLE_INFO, Eis>(L"info"),
+    {L"init", 0, RunInit},
+    {L"lang", 2, RunLang},
+    {L"list", 6, RunList},
+    {L"map", 1, RunMap},
+    Request<send::REQU_SET_MEASUREMENT_SYSTEM, Word<ParseMeasurementSystem>>(L"meas"),
+    Request<send::REQU_GET_LIST_INFO, Eis>(L"opt"),
+    Request<send::REQU_MAP_OVERLAY_SURFACE, Eis>(L"overlay"),
+    Request<send::REQU_PLAY_PROMPT, Int>(L"playprompt"),
+    Request<send::REQU_VEH_LOC_INFO_DETAILS, Word<ParseNotificationMode>, Int>(L"posdet"),
+    Request<send::REQU_NEW_TRIP_FILE, Eis, Routes>(L"rfnew"),
+    {L"rkill", 1, RunRkill},
+    Request<send::REQU_REM_DATA_SRC, Eis>(L"rmsrc"),
+    Request<send::REQU_NEW_TRIP, Destinations, Routes>(L"rnew"),
+    Request<send::REQU_RESTORE_FACTORY>(L"rrfac"),
+    Request<send::REQU_SET_VEH_SPEED_MODE, Word<ParseSpeedWarningMode>, Int>(L"rswarn"),
+    Request<send::SAVE_VOLTH_LOG, Int>(L"savevolthlog"),
+    Request<send::REQU_PICK_INFO, Eis, Int, Int, Word<ParseWorldElement>, Int>(L"sci"),
+    Request<send::REQU_GET_SPELL, Eis>(L"spell"),
+    Request<send::REQU_SET_SAFETY_CAMERA_AUDIO_MODE, Eis>(L"ssca"),
+    Request<send::REQU_SET_SAFETY_CAMERA_MODE, Word<ParseSafetyCameraMode>>(L"sscm"),
+    Request<send::REQU_SCREEN_SHOT, Eis, Narrow>(L"sshot"),
+    Request<send::REQU_START_GUIDANCE, Int>(L"start"),
+    Request<send::REQU_STOP_GUIDANCE>(L"stop"),
+    Request<send::REQU_TMC_AVOIDS, Word<ParseTmcAvoidMode>, Strings>(L"tmca"),
+    {L"tmcdebug", 1, RunTmcdebug},
+    Request<send::REQU_TMC_SET_INFO_NOTIFICATION, Word<ParseTmcInfoFilter>,
+            Word<ParseNotificationMode>>(L"tmci"),
+    Request<send::REQU_SET_TMC_MODE, OnOff, Eis>(L"tmcm"),
+    Request<send::REQU_SET_TMC_ROUTE_MODE, Word<ParseTmcRouteMode>, Int>(L"tmcrm"),
+    Request<send::REQU_TMC_TUNING_MODE, Word<ParseTmcTuningMode>, Eis>(L"tmctm"),
+    Request<send::REQU_CHECK_FOR_UPDATE, Eis>(L"update"),
+    Request<send::REQU_USER_INPUT, Eis>(L"userinput"),
+    Request<send::REQU_GET_DB_VERSION>(L"verd"),
+    Request<send::REQU_GET_SW_VERSION>(L"vers"),
+    Request<send::REQU_SET_VOLUME_LEVEL, Eis>(L"volume"),
+    Request<send::REQU_RESOLVE_LOCATION, Eis>(L"vrloc"),
+    Request<send::REQU_SET_WORLD_PROPERTIES, Eis, Word<ParseWorldProperty>, Strings>(L"wep"),
 };
 
 }  // namespace

@@ -12,7 +12,7 @@ namespace ventrik {
 
 struct CommandParameter {
   // The text is a C string wherever it goes, so it ends at its first 0.
-  explicit CommandParameter(const std::wstring& characters)
+  explicit CommandParameter(const std::wstring& characters = {})
       : text(characters, 0, characters.find(L'\0')) {}
 
   std::wstring text;   // the characters between the quotes

@@ -40,12 +40,27 @@ struct SRouteModeList {
 template <class List>
 using NamedLists = std::map<std::string, std::shared_ptr<List>>;
 
-// The list of that name, created empty if there is none.
+// The list of that name, created empty if there is none. The pointer keeps the list when its name
+// is deleted.
 template <class List>
-List& FindOrCreateList(NamedLists<List>& lists, const std::string& name) {
+const std::shared_ptr<List>& FindOrCreateSharedList(NamedLists<List>& lists,
+                                                    const std::string& name) {
   std::shared_ptr<List>& found = lists[name];
   if (!found) found = std::make_shared<List>();
-  return *found;
+  return found;
+}
+
+// The same, valid until its name is deleted.
+template <class List>
+List& FindOrCreateList(NamedLists<List>& lists, const std::string& name) {
+  return *FindOrCreateSharedList(lists, name);
+}
+
+// The list of that name, or null.
+template <class List>
+const List* FindList(const NamedLists<List>& lists, const std::string& name) {
+  const auto found = lists.find(name);
+  return found == lists.end() ? nullptr : found->second.get();
 }
 
 }  // namespace ventrik

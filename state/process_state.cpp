@@ -16,6 +16,7 @@ Flag holdOutput = 0;
 Flag autoScroll = 0;
 Flag overwriteMode = 0;
 Flag stopBatchlog = 0;
+Flag packagePhase = 0;
 
 volatile std::int32_t waitResponseId = 0;
 volatile std::uint32_t waitMilliseconds = 0;

@@ -34,6 +34,7 @@ extern Flag holdOutput;        // 0; set while a line is typed or echoed: respon
 extern Flag autoScroll;        // 0; toggled by the key 5, read by the keys 2, 4, 6, 8
 extern Flag overwriteMode;     // 0; toggled by the key Insert, read by the line editor
 extern Flag stopBatchlog;      // 0; `stopbatchlog` sets it, the log replay reads and clears it
+extern Flag packagePhase;      // 0; the log replay sets it, the listener clears it
 
 // The FunctionId that holds back the main loop's next line, 0 for none. Written by `waitresp` and
 // `list`, cleared by the listener when a message of that number arrives.

@@ -9,7 +9,7 @@
 
 #include "console/response_printer.h"
 #include "state/client_app.h"
-#include "tests/command/recorded_server.h"
+#include "tests/messages/recorded_server.h"
 #include "tests/support/recorded_console.h"
 #include "tests/support/temporary_directory.h"
 

@@ -7,7 +7,7 @@
 
 #include "messages/encoders.h"
 #include "state/process_state.h"
-#include "tests/messages/recording_layer.h"
+#include "tests/messages/recorded_server.h"
 
 namespace ventrik {
 namespace {
@@ -16,12 +16,12 @@ class Builders : public testing::Test {
  protected:
   // The one block sent since the last call.
   Bytes Sent() {
-    const std::vector<Bytes> blocks = layer.TakeSent();
+    const std::vector<Bytes> blocks = server.TakeSent();
     EXPECT_EQ(blocks.size(), 1u);
     return blocks.empty() ? Bytes{} : blocks.front();
   }
 
-  RecordingLayer layer;
+  tests::RecordedServer server;
   const SStringArray strings{{"a", "bcde"}};
   const SRouteModeList modes{{1, 512}};
   const SDestinationElementList trip{
@@ -102,9 +102,9 @@ TEST_F(Builders, SendWordsTextsAndLists) {
 
 TEST_F(Builders, ANullConnectionTextSendsNothing) {
   send::REQU_SET_DATA_CONNECTION_AVAILABLE(1, nullptr);
-  EXPECT_EQ(layer.TakeSent().size(), 0u);
+  EXPECT_EQ(server.TakeSent().size(), 0u);
   send::REQU_SET_DATA_CONNECTION_AVAILABLE(1, "");
-  EXPECT_EQ(layer.TakeSent().size(), 1u);
+  EXPECT_EQ(server.TakeSent().size(), 1u);
 }
 
 TEST_F(Builders, SendRawHandsTheBlockOverAsItIs) {
@@ -119,7 +119,7 @@ TEST_F(Builders, WithoutALayerNothingIsSent) {
   send::REQU_INIT();
   send::REQU_GET_SPELL("text");
   communicationLayer = present;
-  EXPECT_EQ(layer.TakeSent().size(), 0u);
+  EXPECT_EQ(server.TakeSent().size(), 0u);
 }
 
 }  // namespace

@@ -2,43 +2,25 @@
 #include "messages/dispatch.h"
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <cstdlib>
 
-#include "console/response_printer.h"
 #include "messages/function_ids.h"
 #include "messages/milli_clock.h"
-#include "state/process_state.h"
-#include "tests/messages/bytes.h"
-#include "tests/support/recorded_console.h"
+#include "tests/ipc/cancellable_thread.h"
+#include "tests/messages/handling_fixture.h"
 
 namespace ventrik::tests {
 namespace {
 
 const Bytes kHeartbeat = Hex("6D020000");
 const Bytes kShutdown = Hex("65000000");
+const Bytes kPackageLoaded = Hex("36230000");
 const std::wstring kHeartbeatText = L"INFO_HEARTBEAT> Heartbeat\n";
 const std::wstring kShutdownText = L"RESP_SHUTDOWN> Shutdown process is finished.\n";
 
-class DispatchTest : public testing::Test {
- protected:
-  DispatchTest() { Reset(); }
-  ~DispatchTest() override { Reset(); }
-
-  void Handle(const Bytes& message) {
-    HandleServerMessage(app_, printer_, message.value.data(), message.value.size());
-  }
-
-  RecordedConsole console_;
-  ResponsePrinter printer_;
-  ClientApp app_;
-
- private:
-  static void Reset() {
-    waitResponseId = 0;
-    holdOutput = 0;
-  }
-};
+class DispatchTest : public HandlingTest {};
 
 TEST_F(DispatchTest, MessageIsPrinted) {
   Handle(kHeartbeat);
@@ -124,6 +106,37 @@ TEST_F(DispatchTest, TextOfAMessageIsQueuedInOnePiece) {
 TEST_F(DispatchTest, OddityUnhandledMessageShowsTheBytesOfItsNumber) {
   Handle(Hex("41424300"));
   EXPECT_EQ(console_.TakeText(), L"\033[1;31mError: Unhandled response or info (ABC)!\n\033[0;37m");
+}
+
+TEST_F(DispatchTest, PackageLoadedLetsTheLogReplayGoOn) {
+  packagePhase = 1;
+  Handle(kHeartbeat);
+  EXPECT_EQ(packagePhase, 1);
+  std::uint8_t shown = 9;
+  console_.onPrint = [&shown](const std::wstring&) { shown = packagePhase; };
+  Handle(kPackageLoaded);
+  EXPECT_EQ(packagePhase, 0);
+  EXPECT_EQ(shown, 0);
+  EXPECT_EQ(console_.TakeText(), kHeartbeatText + L"Package loaded!\n");
+}
+
+TEST_F(DispatchTest, SilencedPackageLoadedLeavesTheLogReplayWaiting) {
+  app_.responseFilter.Store({CMD_PACKAGE_LOADED});
+  packagePhase = 1;
+  Handle(kPackageLoaded);
+  EXPECT_EQ(packagePhase, 1);
+}
+
+TEST_F(DispatchTest, CancelledThreadFinishesAMessageThatAsksNothing) {
+  console_.onPrint = [](const std::wstring&) { pthread_testcancel(); };
+  CancellableThread listener([this] {
+    pthread_cancel(pthread_self());
+    Handle(kHeartbeat);
+    pthread_testcancel();
+    Handle(kShutdown);
+  });
+  EXPECT_TRUE(listener.Join());
+  EXPECT_EQ(console_.TakeText(), kHeartbeatText);
 }
 
 TEST_F(DispatchTest, EachMessageReseedsTheGeneratorWithTheClock) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/command/recorded_server.h"
+#include "tests/messages/recorded_server.h"
 
 #include <utility>
 
@@ -24,7 +24,7 @@ int COMMUNICATION_LAYER::Send(const void* data, std::size_t length) {
   if (present->onSend) present->onSend();
   sentBlocks.push_back(Copy(data, length));
   events.push_back("send " + std::to_string(sentBlocks.back().Block().Word(0)));
-  return 0;
+  return present->sendResult;
 }
 
 void COMMUNICATION_LAYER::SetChannelName(std::string name) {

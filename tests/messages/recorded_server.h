@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// Stands in for everything that commands do with the server: it is kept, in order.
+// Stands in for the server and the way there: what is done with them is kept, in order.
 //
-// recorded_server.cpp defines StartListener and the operations of COMMUNICATION_LAYER that commands
-// use, so a program that has it must not use the real ones.
+// recorded_server.cpp defines StartListener and the operations of COMMUNICATION_LAYER that builders
+// and commands use, so a program that has it must not use the real ones.
 #pragma once
 
 #include <functional>
@@ -25,11 +25,14 @@ class RecordedServer {
   // What happened since the last call: "send 302", "listen", "name synctool", "disconnect".
   std::vector<std::string> TakeEvents();
 
-  // The blocks sent since the last call.
+  // The blocks sent since the last call, oldest first.
   std::vector<Bytes> TakeSent();
 
   // Called by each send, before it is kept.
   std::function<void()> onSend;
+
+  // What each send returns.
+  int sendResult = 0;
 
  private:
   COMMUNICATION_LAYER layer_;
