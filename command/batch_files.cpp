@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "command/batch_files.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include "console/utf8.h"
 #include "platform/cancellation.h"
 #include "state/logger.h"
@@ -18,8 +21,13 @@ void CloseStream(std::FILE* file) {
   std::fclose(file);
 }
 
+// Opened without waiting, because a pipe that nobody writes to would hold up everything.
 BatchStream OpenStream(const char* path) {
-  std::FILE* file = std::fopen(path, "rb");
+  const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor == -1) return nullptr;
+  fcntl(descriptor, F_SETFL, 0);  // what is read later may take its time
+  std::FILE* file = fdopen(descriptor, "rb");
+  if (file == nullptr) close(descriptor);
   return file == nullptr ? nullptr : BatchStream(file, CloseStream);
 }
 
@@ -30,7 +38,7 @@ void PrintCannotOpen() {
 // Appends units to `line` up to the line's end. Returns false at the end of the file, also after an
 // error or in front of an odd last byte.
 bool ReadLine(std::FILE* file, std::wstring& line) {
-  for (;;) {
+  while (std::feof(file) == 0 && std::ferror(file) == 0) {
     const int low = std::getc(file);
     const int high = low == EOF ? EOF : std::getc(file);
     if (high == EOF) return false;
@@ -38,6 +46,7 @@ bool ReadLine(std::FILE* file, std::wstring& line) {
     if (unit == L'\n' || unit == L'\r') return true;
     line += static_cast<wchar_t>(unit);
   }
+  return false;
 }
 
 // The echo shows the line as it stands in the file; responses wait meanwhile.

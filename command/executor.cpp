@@ -2,6 +2,7 @@
 #include "command/executor.h"
 
 #include <memory>
+#include <utility>
 
 #include "command/command_table.h"
 #include "command/parser.h"
@@ -38,14 +39,16 @@ void StartBatchlogThread(ClientApp& app, const std::wstring& line) {
 }
 
 void RunCommand(ClientApp& app, const std::wstring& line) {
-  const auto parsed = std::make_shared<CommandLine>();
-  if (!ParseCommandLine(*parsed, line)) {
+  CommandLine parsed;
+  if (!ParseCommandLine(parsed, line)) {
     logger->print(L"%sError: Bad syntax!\n%s", ColourRed, ColourReset);
     return;
   }
-  app.parsedLine.Store(parsed);
-  if (RunFromCommandTable(app, *parsed) || parsed->matchFailed) return;
-  logger->print(L"%sError: Unknown command!\n%s", ColourRed, ColourReset);
+  const bool known = RunFromCommandTable(app, parsed);
+  if (!known && !parsed.matchFailed) {
+    logger->print(L"%sError: Unknown command!\n%s", ColourRed, ColourReset);
+  }
+  app.parsedLine.Store(std::make_shared<const CommandLine>(std::move(parsed)));
 }
 
 }  // namespace

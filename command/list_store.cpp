@@ -14,13 +14,15 @@ namespace {
 
 constexpr std::size_t kGrowth = 10;  // items
 
-bool IsFull(std::size_t count) {
+// Whether a list of so many items has to grow for one more.
+bool NeedsRoom(std::size_t count) {
   return count % kGrowth == 0;
 }
 
-template <class Items>
-void MakeRoom(Items& items) {
-  if (IsFull(items.size())) items.reserve(items.size() + kGrowth);
+template <class List, class Item>
+void AppendWithRoom(List& list, Item item) {
+  if (NeedsRoom(list.items.size())) list.items.reserve(list.items.size() + kGrowth);
+  list.items.push_back(std::move(item));
 }
 
 SDestinationElement EmptyElement() {
@@ -83,23 +85,20 @@ void PrintList(const wchar_t* type, const List& list) {
 }  // namespace
 
 void AppendItem(SStringArray& list, std::string text) {
-  MakeRoom(list.items);
-  list.items.push_back(std::move(text));
+  AppendWithRoom(list, std::move(text));
 }
 
 void AppendItem(SRouteHandleList& list, std::int32_t handle) {
-  MakeRoom(list.items);
-  list.items.push_back(handle);
+  AppendWithRoom(list, handle);
 }
 
 void AppendItem(SRouteModeList& list, std::int32_t flags) {
-  MakeRoom(list.items);
-  list.items.push_back(flags);
+  AppendWithRoom(list, flags);
 }
 
 void AppendItem(SDestinationElementList& list, SDestinationElement element) {
-  if (IsFull(list.items.size())) {
-    const std::size_t count = list.items.size();
+  const std::size_t count = list.items.size();
+  if (NeedsRoom(count)) {
     list.items.erase(list.items.begin() + static_cast<std::ptrdiff_t>(count / 2), list.items.end());
     list.items.reserve(count + kGrowth);
     while (list.items.size() < count) list.items.push_back(EmptyElement());

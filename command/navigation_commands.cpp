@@ -71,7 +71,10 @@ void SendConverted([[maybe_unused]] ClientApp& app, [[maybe_unused]] CommandLine
 template <auto request, auto... conversions>
 void Send(ClientApp& app, CommandLine& line) {
   constexpr std::size_t count = sizeof...(conversions);
-  if (line.parameters.size() < count) line.parameters.resize(count);
+  if (line.parameters.size() < count) {
+    line.parameters.resize(count);
+    line.parameterCount = count;
+  }
   SendConverted<request, conversions...>(app, line, std::make_index_sequence<count>());
 }
 

@@ -9,7 +9,8 @@
 
 namespace ventrik {
 
-// Sends the request for a list's fields. The list must exist: an unknown name is an error.
+// Asks for details, by the fields that a list names. The list must exist: an unknown name is an
+// error.
 void RunDet(ClientApp& app, CommandLine& line);
 
 // Clears all lists, then asks the engine to shut down. The tester goes on.

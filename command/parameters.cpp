@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "command/parameters.h"
 
-#include <algorithm>
 #include <cwchar>
 #include <cwctype>
-#include <limits>
 
 #include "console/utf8.h"
+#include "state/saturation.h"
 
 namespace ventrik {
 namespace {
@@ -37,10 +36,8 @@ const char* ParamUtf8(CommandParameter& parameter) {
 }
 
 std::int32_t ParamInt(const CommandParameter& parameter) {
-  using Limits = std::numeric_limits<std::int32_t>;
   if (HasBinaryPrefix(parameter.text.c_str())) return 0;
-  const long long number = std::wcstoll(parameter.text.c_str(), nullptr, 0);
-  return static_cast<std::int32_t>(std::clamp<long long>(number, Limits::min(), Limits::max()));
+  return Saturate(std::wcstoll(parameter.text.c_str(), nullptr, 0));
 }
 
 // The point is "." because main sets LC_CTYPE alone.

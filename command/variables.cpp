@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "command/variables.h"
 
-#include <algorithm>
 #include <cwchar>
-#include <limits>
 #include <optional>
 
 #include "state/assertion.h"
 #include "state/logger.h"
 #include "state/process_state.h"
+#include "state/saturation.h"
 
 namespace ventrik {
 namespace {
@@ -37,9 +36,7 @@ void PrintMissing(const std::wstring& name) {
 
 // Base 10 and 32 bits.
 std::int32_t RowNumber(const std::wstring& text) {
-  using Limits = std::numeric_limits<std::int32_t>;
-  const long long number = std::wcstoll(text.c_str(), nullptr, 10);
-  return static_cast<std::int32_t>(std::clamp<long long>(number, Limits::min(), Limits::max()));
+  return Saturate(std::wcstoll(text.c_str(), nullptr, 10));
 }
 
 bool IsLiteral(const std::wstring& token) {

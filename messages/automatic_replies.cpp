@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "messages/automatic_replies.h"
 
-#include <algorithm>
 #include <cstdlib>
-#include <limits>
 #include <optional>
 #include <string_view>
 
@@ -12,6 +10,7 @@
 #include "messages/function_ids.h"
 #include "state/lists.h"
 #include "state/process_state.h"
+#include "state/saturation.h"
 
 namespace ventrik {
 namespace {
@@ -32,7 +31,6 @@ void Reply(const platform::CancellationDisabled& whole, Send send) {
 
 // The number in "<JVA>number<*>"; none if any of it is missing.
 std::optional<std::int32_t> JunctionView(std::string_view posInfo) {
-  using Limits = std::numeric_limits<std::int32_t>;
   const std::size_t tag = posInfo.find(kJunctionViewTag);
   if (tag == std::string_view::npos) return std::nullopt;
   const std::string text(posInfo.substr(tag + kJunctionViewTag.size()));
@@ -40,7 +38,7 @@ std::optional<std::int32_t> JunctionView(std::string_view posInfo) {
   const long long number = std::strtoll(text.c_str(), &end, 10);
   if (end == text.c_str()) return std::nullopt;
   if (std::string_view(end).substr(0, kTagEnd.size()) != kTagEnd) return std::nullopt;
-  return static_cast<std::int32_t>(std::clamp<long long>(number, Limits::min(), Limits::max()));
+  return Saturate(number);
 }
 
 void ReplyToPromptReady(const ReceivedBlock& block, std::string& text,

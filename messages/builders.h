@@ -59,7 +59,7 @@ void REQU_MAP_CONTROLS(std::string_view mapControlsEis);
 void REQU_CHECK_FOR_UPDATE(std::string_view updatePath);
 void REQU_STORE_DEVICE_STATUS(std::string_view path);
 
-// Sends nothing when `text` is null: the command that sends it can be given without parameters.
+// Sends nothing when `text` is null.
 void REQU_SET_DATA_CONNECTION_AVAILABLE(std::int32_t available, const char* text);
 void REQU_TMC_TUNING_MODE(std::int32_t mode, std::string_view tuningParameters);
 void REQU_SCREEN_SHOT(std::string_view map, std::string_view fileName);

@@ -107,12 +107,9 @@ void PrintUnhandled(const ReceivedBlock& block, std::string& text) {
 }
 
 // What a message does beside being printed. Appends to the message's text what belongs there.
-void DoWhatItAsks(ClientApp& app, ResponsePrinter& printer, const ReceivedBlock& block,
-                  std::string& text, const platform::CancellationDisabled& whole) {
+void DoWhatItAsks(ResponsePrinter& printer, const ReceivedBlock& block, std::string& text,
+                  const platform::CancellationDisabled& whole) {
   switch (block.Word(0)) {
-    case RESP_GET_LIST:
-      text += UseListAssignments(app, ReadListResponse(block));
-      break;
     case INFO_MAP_OVERLAY_AREA:
       HandleOverlayArea(block, whole);
       break;
@@ -150,11 +147,18 @@ void HandleServerMessage(ClientApp& app, ResponsePrinter& printer, const void* m
   std::srand(MilliClock());  // each message reseeds the generator that the monkey draws from
   const ReceivedBlock block = {static_cast<const std::uint8_t*>(message), size};
   const std::int32_t functionId = block.Word(0);
-  // Before the filter, so that a silenced response still ends a wait.
+  const bool silenced = IsFiltered(app, functionId);
+  // Before the wait ends: the line behind a list assignment would forget it.
+  std::string assigned;
+  if (functionId == RESP_GET_LIST && !silenced) {
+    assigned = UseListAssignments(app, ReadListResponse(block));
+  }
+  // A silenced response still ends a wait.
   if (functionId == waitResponseId) waitResponseId = 0;
-  if (IsFiltered(app, functionId)) return;
+  if (silenced) return;
   std::string text = MessageText(block);
-  DoWhatItAsks(app, printer, block, text, whole);
+  text += assigned;
+  DoWhatItAsks(printer, block, text, whole);
   QueueResponseText(printer, text);
 }
 

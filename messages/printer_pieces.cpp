@@ -3,6 +3,7 @@
 
 #include <cstddef>
 
+#include "messages/message_buffer.h"
 #include "messages/message_text.h"
 #include "messages/word_printers.h"
 #include "state/logger.h"
@@ -47,7 +48,9 @@ std::vector<std::string_view> NextStrings(BlockCursor& cursor, std::int32_t coun
 
 std::vector<std::int32_t> NextWords(BlockCursor& cursor, std::int32_t count) {
   std::vector<std::int32_t> words;
-  for (std::int32_t i = 0; i < count && !cursor.AtEnd(); ++i) words.push_back(cursor.NextWord());
+  for (std::int32_t i = 0; i < count && cursor.Remaining() >= kWordSize; ++i) {
+    words.push_back(cursor.NextWord());
+  }
   return words;
 }
 
@@ -66,8 +69,8 @@ void AppendQuotedList(std::string& text, std::string_view label,
 void AppendRouteModes(std::string& text, std::string_view label, BlockCursor& cursor,
                       std::int32_t count) {
   text += label;
-  for (const std::int32_t mode : NextWords(cursor, count)) {
-    AppendLine(text, "\"", RouteModeText(mode), "\" ");
+  for (std::int32_t i = 0; i < count && cursor.Remaining() >= kWordSize; ++i) {
+    AppendLine(text, "\"", NextRouteMode(cursor), "\" ");
   }
   text += '\n';
 }

@@ -20,7 +20,7 @@ const char* TrueFalseWord(std::int32_t state);  // "true", "false"
 
 const char* AudioSourceWord(std::int32_t source);  // "invalid value" for an unknown one
 
-// Strings and words as the block has them.
+// Strings and whole words as the block has them.
 std::vector<std::string_view> NextStrings(BlockCursor& cursor, std::int32_t count);
 std::vector<std::int32_t> NextWords(BlockCursor& cursor, std::int32_t count);
 

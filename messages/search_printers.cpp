@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "messages/list_response.h"
+#include "messages/message_buffer.h"
 #include "messages/message_text.h"
 #include "messages/printer_pieces.h"
 #include "messages/printers.h"
@@ -47,7 +48,7 @@ void RESP_GET_LIST_INFO(const ReceivedBlock& block, std::string& text) {
   AppendQuotedLine(text, "RESP_GET_LIST_INFO> inputEIS: ", cursor.OptionalString(block.Word(1)));
   AppendFormat(text, "RESP_GET_LIST_INFO> validState: %s\n", ValidWord(block.Word(2)));
   text += "RESP_GET_LIST_INFO> sortOptions: ";
-  for (std::int32_t i = 0; i < block.Word(3) && !cursor.AtEnd(); ++i) {
+  for (std::int32_t i = 0; i < block.Word(3) && cursor.Remaining() >= kWordSize; ++i) {
     AppendLine(text, i == 0 ? "" : "|", NextSortOption(cursor), "");
   }
   text += '\n';

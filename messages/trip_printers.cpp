@@ -58,7 +58,7 @@ void RESP_NEW_TRIP(const ReceivedBlock& block, std::string& text) {
 
 void RESP_NEW_TRIP_FILE(const ReceivedBlock& block, std::string& text) {
   BlockCursor cursor(block, 5);
-  AppendQuotedLine(text, "RESP_NEW_TRIP_FILE> pathEIS: ", cursor.NextString());
+  AppendQuotedLine(text, "RESP_NEW_TRIP_FILE> pathEIS: ", cursor.OptionalString(block.Word(1)));
   AppendRouteModes(text, "RESP_NEW_TRIP_FILE> routeModes: ", cursor, block.Word(2));
   AppendFormat(text, "RESP_NEW_TRIP_FILE> validState: %s\n", ValidWord(block.Word(3)));
   AppendNumbers(text, "RESP_NEW_TRIP_FILE> handles: ", NextWords(cursor, block.Word(4)));

@@ -11,7 +11,7 @@ struct NameRow {
   const char* name;
 };
 
-constexpr std::int32_t kHighestKnownUpdateResult = 127;
+constexpr std::int32_t kUnknownUpdateResults = 127;  // above it, the engine means something new
 
 constexpr NameRow kMeasurementSystems[] = {
     {1, "undefined"},
@@ -142,7 +142,7 @@ std::string WorldElementText(std::int32_t flags) {
 
 std::string UpdateResultText(std::int32_t flags) {
   std::string text = flags == 0 ? "updSuccess" : NamesOf(kUpdateResults, flags, "|");
-  if (flags > kHighestKnownUpdateResult) {
+  if (flags > kUnknownUpdateResults) {
     if (!text.empty()) text += '|';
     text += "unknown";
   }

@@ -3,10 +3,8 @@
 // once the wait states have cleared.
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <limits>
 #include <string>
 
 #include "command/batch_files.h"
@@ -18,6 +16,7 @@
 #include "state/client_app.h"
 #include "state/logger.h"
 #include "state/process_state.h"
+#include "state/saturation.h"
 
 namespace ventrik {
 namespace {
@@ -36,9 +35,7 @@ void PrintBanner() {
 
 // What a 32-bit atoi makes of the text, whatever that is.
 std::int32_t NumberOf(const char* text) {
-  using Limits = std::numeric_limits<std::int32_t>;
-  const long long number = std::strtoll(text, nullptr, 10);
-  return static_cast<std::int32_t>(std::clamp<long long>(number, Limits::min(), Limits::max()));
+  return Saturate(std::strtoll(text, nullptr, 10));
 }
 
 void TakeConsoleWidth() {

@@ -88,8 +88,8 @@ class ClientApp {
   // Open batch files; the back is the one being read.
   Guarded<std::deque<BatchStream>> batchFiles;
 
-  // The newest parsed line. The executing thread keeps its own reference, so that a line parsed by
-  // another thread meanwhile can't take its parameters away.
+  // The newest parsed line, once its command has run. While it runs, the line is the executing
+  // thread's own, so that a line parsed by another thread can't take its parameters away.
   Guarded<std::shared_ptr<const CommandLine>> parsedLine;
 };
 

@@ -102,6 +102,14 @@ TEST_F(BatchFiles, DirectoryCantBeOpened) {
   EXPECT_EQ(Depth(), 0u);
 }
 
+// Nothing waits for a writer to come.
+TEST_F(BatchFiles, PipeThatNobodyWritesToCantBeOpened) {
+  ASSERT_EQ(mkfifo("pipe", 0600), 0);
+  OpenBatchFile(app_, "pipe");
+  EXPECT_EQ(Printed(), kCannotOpen);
+  EXPECT_EQ(Depth(), 0u);
+}
+
 TEST_F(BatchFiles, FileWithAnotherMarkIsRefused) {
   for (const std::string content :
        {"\xFE\xFF\0q", "quit\n", "\xFF\xFFq", "\xFEq", "\xEF\xBB\xBF"}) {

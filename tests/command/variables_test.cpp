@@ -407,6 +407,16 @@ TEST_F(VariablesTest, SubstitutedBlanksAreKept) {
   EXPECT_EQ(ValueOf(L"a"), L"<CTY>New York<*>");
 }
 
+// White space goes before values come in, so a value keeps what a line would lose.
+TEST_F(VariablesTest, SubstitutedWhiteSpaceIsNotStripped) {
+  Set(L"tabbed", L"a\tb");
+  Run(L"varassign(\"a\", \"$$tabbed$$\")");
+  EXPECT_EQ(ValueOf(L"a"), L"a\tb");
+  Set(L"command", L"var (\"a\")");
+  Run(L"$$command$$");
+  EXPECT_EQ(Printed(), kUnknownCommand);
+}
+
 TEST_F(VariablesTest, ClearingTheListsLeavesTheVariables) {
   Set(L"a", L"v");
   Run(L"done");

@@ -2,13 +2,11 @@
 #include "messages/dispatch.h"
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <cstdlib>
 
 #include "messages/function_ids.h"
 #include "messages/milli_clock.h"
-#include "tests/ipc/cancellable_thread.h"
 #include "tests/messages/handling_fixture.h"
 
 namespace ventrik::tests {
@@ -125,18 +123,6 @@ TEST_F(DispatchTest, SilencedPackageLoadedLeavesTheLogReplayWaiting) {
   packagePhase = 1;
   Handle(kPackageLoaded);
   EXPECT_EQ(packagePhase, 1);
-}
-
-TEST_F(DispatchTest, CancelledThreadFinishesAMessageThatAsksNothing) {
-  console_.onPrint = [](const std::wstring&) { pthread_testcancel(); };
-  CancellableThread listener([this] {
-    pthread_cancel(pthread_self());
-    Handle(kHeartbeat);
-    pthread_testcancel();
-    Handle(kShutdown);
-  });
-  EXPECT_TRUE(listener.Join());
-  EXPECT_EQ(console_.TakeText(), kHeartbeatText);
 }
 
 TEST_F(DispatchTest, EachMessageReseedsTheGeneratorWithTheClock) {

@@ -7,7 +7,7 @@
 
 #include "messages/catalogue.h"
 #include "messages/layout_table.h"
-#include "tests/messages/described_fields.h"
+#include "messages/described_fields.h"
 #include "tests/messages/message_samples.h"
 
 namespace ventrik {

@@ -15,7 +15,7 @@ namespace ventrik {
 
 struct MessageSample {
   Bytes golden;
-  std::string fields;  // as Describe() has them (tests/messages/described_fields.h)
+  std::string fields;  // as Describe() has them (messages/described_fields.h)
 };
 
 struct RequestSample {

@@ -133,7 +133,7 @@ std::vector<StringForm> TripAndStatusForms() {
        "RESP_NEW_TRIP> validState: valid\n"
        "RESP_NEW_TRIP> handles: 31 \n"},
       {"9F010000 00000000 01000000 01000000 01000000",
-       {{0, "01000000 1F000000"}},
+       {{1, "01000000 1F000000"}},
        "RESP_NEW_TRIP_FILE> pathEIS: \"$1\"\n"
        "RESP_NEW_TRIP_FILE> routeModes: \"fastest\" \n"
        "RESP_NEW_TRIP_FILE> validState: valid\n"

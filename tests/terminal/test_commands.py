@@ -1,8 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """Every command that sends a request, typed once, and the bytes that reach the server."""
 
-import struct
-import subprocess
+from batch_play import play_text, recorded
 
 LISTS = """
 item("SStringArray","s","NAME")
@@ -96,36 +95,16 @@ def to_bytes(notation):
     )
 
 
-def recorded(path):
-    """The messages of a recording, without their timestamps."""
-    messages = []
-    for line in path.read_text().splitlines():
-        length = struct.unpack(">I", bytes.fromhex(line[8:16]))[0]
-        message = bytes.fromhex(line[16:])
-        assert len(message) == length
-        messages.append(message)
-    return messages
-
-
 def test_every_request_reaches_the_server_as_its_bytes(place):
     keywords = {line.split("(")[0] for line, _ in REQUESTS}
     assert len(keywords) == len(REQUESTS) == 53
     place.engine("--record", "requests.rec")
     lines = "\n".join(line for line, _ in REQUESTS)
-    place.batch("requests.batch", f"{LISTS.strip()}\n{lines}\nquit\n")
-    result = subprocess.run(
-        [place.programs / "ventrik"],
-        input='\nbatch("requests.batch")\n',
-        capture_output=True,
-        text=True,
-        timeout=60,
-        env=place.environment(),
-        cwd=place.work,
-    )
-    assert result.returncode == 0
-    assert "Error" not in result.stdout
-    assert "IPC" not in result.stdout + result.stderr
+    shown = play_text(place, f"{LISTS.strip()}\n{lines}\nquit\n")
+    assert "Error" not in shown
+    assert "IPC" not in shown
     messages = recorded(place.work / "requests.rec")
     for (line, notation), message in zip(REQUESTS, messages):
-        assert message == to_bytes(notation), line
+        number, body = message
+        assert number.to_bytes(4, "little") + body == to_bytes(notation), line
     assert len(messages) == len(REQUESTS)

@@ -9,34 +9,14 @@ import subprocess
 
 import pytest
 
+from batch_play import COLOUR, play, play_text, recorded
 from conftest import PATIENCE
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 EXAMPLES = sorted(p for p in (ROOT / "examples").glob("*.txt") if p.name != "qhistory.txt")
 
 GREEN, YELLOW, GREY = "\033[1;32m", "\033[1;33m", "\033[0;37m"
-COLOUR = re.compile("\033\\[[01];3[1-7]m")
 PASSAU = "<GEOS>Bayern<*><CTY>Passau<*>"
-
-
-def play(place, name, **options):
-    """What ventrik prints while it runs a batch file of the place that ends with quit."""
-    result = subprocess.run(
-        [place.programs / "ventrik"],
-        input=f'\nbatch("{name}")\n'.encode(),
-        capture_output=True,
-        timeout=4 * PATIENCE,
-        env=place.environment(),
-        cwd=place.work,
-        **options,
-    )
-    assert result.returncode == 0
-    return result.stdout.decode()
-
-
-def play_text(place, text, **options):
-    place.batch("played.batch", text)
-    return COLOUR.sub("", play(place, "played.batch", **options))
 
 
 def play_example(place, name):
@@ -53,13 +33,6 @@ def in_order(text, *sights):
         found = text.find(sight, at)
         assert found >= 0, f"{sight!r} is not behind the others in:\n{text}"
         at = found + len(sight)
-
-
-def recorded(place):
-    """What the engine has taken: each message's number and the bytes behind it."""
-    lines = (place.work / "record.log").read_text().splitlines()
-    return [(int.from_bytes(bytes.fromhex(line[16:24]), "little"), bytes.fromhex(line[24:]))
-            for line in lines]
 
 
 def words(*numbers):
@@ -126,7 +99,7 @@ def test_trip_sends_destinations_route_modes_guidance_and_its_end_and_gets_answe
         "RESP_KILL_TRIP> handles: 7 8",
     )
     assert "Error" not in shown
-    messages = recorded(place)
+    messages = recorded(place.work / "record.log")
     assert [number for number, _ in messages] == [0, 404, 408, 409, 406, 100]
     trip = messages[1][1]
     assert trip.startswith(words(2, 2) + b"<GEOC>Germany<*><CTY>Regensburg<*>\0")
@@ -212,7 +185,7 @@ def test_row_of_a_list_feeds_the_next_command_of_a_batch_file(place):
         f'RESP_GET_SPELL> inputEIS: "<GEOC>Germany<*>{PASSAU}"',
         "RESP_GET_SPELL> isFullMatch: on",
     )
-    number, body = recorded(place)[-1]
+    number, body = recorded(place.work / "record.log")[-1]
     assert number == 302
     assert body[4:].rstrip(b"\0").decode() == f"<GEOC>Germany<*>{PASSAU}"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tests/messages/described_fields.h"
+#include "messages/described_fields.h"
 
 #include <sstream>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// A message's fields as one line of text, for tables of expectations.
+// A message's fields as text, for logs and for tables of expectations. Pure functions, any thread.
 #pragma once
 
 #include <string>
