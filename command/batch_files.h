@@ -18,7 +18,8 @@ void OpenBatchFile(ClientApp& app, const char* path);
 
 // Fetches the next command from the newest open file into `line`, echoing it and the comments
 // before it. Returns 1 if `line` holds a command; 0 if not, because a file has come to its end and
-// was closed or, with a line that says so, because none is open. Surrogates are not joined: each 16-bit unit is one character. Main thread.
+// was closed or, with a line that says so, because none is open. Surrogates are not joined: each
+// 16-bit unit is one character. Main thread.
 int ReadBatchLine(ClientApp& app, std::wstring& line);
 
 }  // namespace ventrik

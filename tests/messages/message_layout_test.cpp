@@ -6,8 +6,8 @@
 #include <set>
 
 #include "messages/catalogue.h"
-#include "messages/layout_table.h"
 #include "messages/described_fields.h"
+#include "messages/layout_table.h"
 #include "tests/messages/message_samples.h"
 
 namespace ventrik {
