@@ -11,15 +11,13 @@
 #include "messages/builders.h"
 #include "messages/function_ids.h"
 #include "messages/listener.h"
+#include "messages/tagged_text.h"
 #include "messages/word_parsers.h"
 #include "state/logger.h"
 #include "state/process_state.h"
 
 namespace ventrik {
 namespace {
-
-constexpr std::string_view kMapIdTag = "<MID>";
-constexpr std::string_view kTagEnd = "<*>";
 
 // Counts how often in a row the same list was asked for.
 void CountRepeatedList(ClientApp& app, const std::wstring& inputEis) {
@@ -29,16 +27,6 @@ void CountRepeatedList(ClientApp& app, const std::wstring& inputEis) {
     app.lastListEis = inputEis;
     app.listRepeatCount = 1;
   }
-}
-
-// Text without the tag, or without its end, leaves the map as it was.
-void RememberMap(std::string_view controls) {
-  const std::size_t tag = controls.find(kMapIdTag);
-  if (tag == std::string_view::npos) return;
-  controls.remove_prefix(tag + kMapIdTag.size());
-  const std::size_t end = controls.find(kTagEnd);
-  if (end == std::string_view::npos) return;
-  SetMapId(*responsePrinter, controls.substr(0, end));
 }
 
 }  // namespace
@@ -84,7 +72,8 @@ void RunList(ClientApp& app, CommandLine& line) {
 void RunMap(ClientApp&, CommandLine& line) {
   const char* controls = ParamUtf8(line.parameters[0]);
   send::REQU_MAP_CONTROLS(controls);
-  if (responsePrinter != nullptr) RememberMap(controls);
+  const auto mapId = TagValue(controls, "<MID>");
+  if (mapId && responsePrinter != nullptr) SetMapId(*responsePrinter, *mapId);
 }
 
 void RunRkill(ClientApp& app, CommandLine& line) {

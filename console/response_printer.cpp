@@ -28,7 +28,9 @@ std::shared_ptr<std::FILE> OpenLog(const char* path) {
   return std::shared_ptr<std::FILE>(file, CloseLog);
 }
 
-void PrintInPieces(std::wstring_view text) {
+// A NUL would end its piece and take the rest of it away.
+void PrintInPieces(std::wstring text) {
+  std::replace(text.begin(), text.end(), L'\0', L'?');
   for (std::size_t at = 0; at < text.size(); at += kPieceLength) {
     const std::size_t length = std::min(kPieceLength, text.size() - at);
     logger->print(L"%.*ls", static_cast<int>(length), text.data() + at);
@@ -61,11 +63,11 @@ void QueueResponseText(ResponsePrinter& printer, std::string_view text) {
 
 void WriteText(ResponsePrinter& printer, std::string_view text) {
   const platform::CancellationDisabled whole;
-  const std::wstring wide = Utf8ToWide(text);
+  std::wstring wide = Utf8ToWide(text);
   if (const std::shared_ptr<std::FILE> log = printer.logFile.Copy()) {
     std::fwrite(text.data(), 1, text.size(), log.get());
   }
-  PrintInPieces(wide);
+  PrintInPieces(std::move(wide));
 }
 
 }  // namespace ventrik

@@ -8,6 +8,8 @@
 #include "console/response_printer.h"
 #include "messages/builders.h"
 #include "messages/function_ids.h"
+#include "messages/printer_pieces.h"
+#include "messages/tagged_text.h"
 #include "state/lists.h"
 #include "state/process_state.h"
 #include "state/saturation.h"
@@ -17,9 +19,7 @@ namespace {
 
 constexpr const char* kHighwayModeList = "<IFT>HWM<*><EXT><*>";
 constexpr std::int32_t kHighwayModeRows = 3;
-constexpr std::int32_t kOff = 2;
-constexpr std::string_view kJunctionViewTag = "<JVA>";
-constexpr std::string_view kTagEnd = "<*>";
+constexpr std::int32_t kListOff = 2;  // the request's last word, as `list` sends it for "off"
 
 // Sends under commandLock. A cancelled thread releases it on its way out.
 template <class Send>
@@ -31,13 +31,10 @@ void Reply(const platform::CancellationDisabled& whole, Send send) {
 
 // The number in "<JVA>number<*>"; none if any of it is missing.
 std::optional<std::int32_t> JunctionView(std::string_view posInfo) {
-  const std::size_t tag = posInfo.find(kJunctionViewTag);
-  if (tag == std::string_view::npos) return std::nullopt;
-  const std::string text(posInfo.substr(tag + kJunctionViewTag.size()));
+  const std::string value(TagValue(posInfo, "<JVA>").value_or(""));
   char* end = nullptr;
-  const long long number = std::strtoll(text.c_str(), &end, 10);
-  if (end == text.c_str()) return std::nullopt;
-  if (std::string_view(end).substr(0, kTagEnd.size()) != kTagEnd) return std::nullopt;
+  const long long number = std::strtoll(value.c_str(), &end, 10);
+  if (end == value.c_str() || *end != '\0') return std::nullopt;
   return Saturate(number);
 }
 
@@ -52,14 +49,14 @@ void ReplyToHighwayMode(const ReceivedBlock& block, const platform::Cancellation
   if (block.Word(1) != 1 || !autoPromptReady) return;
   SStringArray fieldNames;
   fieldNames.items = {"Default"};
-  Reply(whole,
-        [&] { send::REQU_GET_LIST(kHighwayModeList, 1, kHighwayModeRows, 0, fieldNames, kOff); });
+  Reply(whole, [&] {
+    send::REQU_GET_LIST(kHighwayModeList, 1, kHighwayModeRows, 0, fieldNames, kListOff);
+  });
 }
 
 void ReplyToPosition(ResponsePrinter& printer, const ReceivedBlock& block,
                      const platform::CancellationDisabled& whole) {
-  BlockCursor cursor(block, 2);
-  const auto junctionView = JunctionView(cursor.OptionalString(block.Word(1)));
+  const auto junctionView = JunctionView(OneString(block));
   const std::string mapId = printer.mapId.Copy();
   if (!junctionView || mapId.empty()) return;
   const std::string controls = "<MID>" + mapId + "<*><SJV>" + std::to_string(*junctionView) + "<*>";

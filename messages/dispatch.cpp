@@ -106,9 +106,10 @@ void PrintUnhandled(const ReceivedBlock& block, std::string& text) {
   text += ColourReset;
 }
 
-// What a message does beside being printed. Appends to the message's text what belongs there.
-void DoWhatItAsks(ResponsePrinter& printer, const ReceivedBlock& block, std::string& text,
-                  const platform::CancellationDisabled& whole) {
+// What a message makes the tester do beside printing it. Appends to the message's text what there
+// is to say about that.
+void ActOn(ResponsePrinter& printer, const ReceivedBlock& block, std::string& text,
+           const platform::CancellationDisabled& whole) {
   switch (block.Word(0)) {
     case INFO_MAP_OVERLAY_AREA:
       HandleOverlayArea(block, whole);
@@ -148,7 +149,7 @@ void HandleServerMessage(ClientApp& app, ResponsePrinter& printer, const void* m
   const ReceivedBlock block = {static_cast<const std::uint8_t*>(message), size};
   const std::int32_t functionId = block.Word(0);
   const bool silenced = IsFiltered(app, functionId);
-  // Before the wait ends: the line behind a list assignment would forget it.
+  // Before the wait ends: the main thread would fetch the next line, which empties the queue.
   std::string assigned;
   if (functionId == RESP_GET_LIST && !silenced) {
     assigned = UseListAssignments(app, ReadListResponse(block));
@@ -158,7 +159,7 @@ void HandleServerMessage(ClientApp& app, ResponsePrinter& printer, const void* m
   if (silenced) return;
   std::string text = MessageText(block);
   text += assigned;
-  DoWhatItAsks(printer, block, text, whole);
+  ActOn(printer, block, text, whole);
   QueueResponseText(printer, text);
 }
 

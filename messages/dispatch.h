@@ -12,8 +12,9 @@ namespace ventrik {
 
 struct ResponsePrinter;
 
-// Handles one received block, in this order: list assignments get their rows; a matching `waitresp`
-// ends; a filtered message, which assigns nothing, goes no further; the message's lines are built,
+// Handles one received block, in this order: the random generator is reseeded from the clock; list
+// assignments get their rows, if the filter lets the list through; a matching `waitresp` ends; a
+// filtered message goes no further; the message's lines are built,
 // an unknown number getting an error line; what the message asks for is done (automatic replies,
 // overlays); the finished text goes to QueueResponseText in one piece. A null `message` returns at
 // once. The thread can be cancelled only while a reply is sent. Listener thread.

@@ -10,7 +10,7 @@
 namespace ventrik::print {
 namespace {
 
-constexpr std::size_t kTooLongToPick = 16384;  // bytes
+constexpr std::size_t kTooLongToPrint = 16384;  // bytes
 
 }  // namespace
 
@@ -46,12 +46,12 @@ void RESP_PICK_INFO(const ReceivedBlock& block, std::string& text) {
   text += "RESP_PICK_INFO> pickInfo:";
   int number = 0;
   for (const std::string_view item : NextStrings(cursor, block.Word(10))) {
-    AppendFormat(text, "   %d. ", number++);
-    if (item.size() < kTooLongToPick) {
-      AppendLine(text, "(", item, ")\n");
+    if (item.size() < kTooLongToPrint) {
+      AppendNumbered(text, number, item);
     } else {
-      text += "BUFFER OVERFLOW";
+      AppendFormat(text, "   %d. BUFFER OVERFLOW", number);
     }
+    ++number;
   }
   text += '\n';
 }
@@ -63,20 +63,15 @@ void RESP_MAP_CONTROLS(const ReceivedBlock& block, std::string& text) {
 }
 
 void INFO_VEH_LOC_INFO_DETAILS(const ReceivedBlock& block, std::string& text) {
-  BlockCursor cursor(block, 2);
-  AppendQuotedLine(text,
-                   "INFO_VEH_LOC_INFO_DETAILS> posInfo: ", cursor.OptionalString(block.Word(1)));
+  AppendQuotedLine(text, "INFO_VEH_LOC_INFO_DETAILS> posInfo: ", OneString(block));
 }
 
 void INFO_MAP_OVERLAY_AREA(const ReceivedBlock& block, std::string& text) {
-  BlockCursor cursor(block, 2);
-  AppendQuotedLine(text, "INFO_MAP_OVERLAY_AREA> ", cursor.OptionalString(block.Word(1)));
+  AppendQuotedLine(text, "INFO_MAP_OVERLAY_AREA> ", OneString(block));
 }
 
 void INFO_MAP_OVERLAY_SURFACE_INVALID(const ReceivedBlock& block, std::string& text) {
-  BlockCursor cursor(block, 2);
-  AppendQuotedLine(text, "INFO_MAP_OVERLAY_SURFACE_INVALID> ",
-                   cursor.OptionalString(block.Word(1)));
+  AppendQuotedLine(text, "INFO_MAP_OVERLAY_SURFACE_INVALID> ", OneString(block));
 }
 
 }  // namespace ventrik::print

@@ -6,6 +6,8 @@
 
 #include "console/utf8.h"
 #include "messages/builders.h"
+#include "messages/printer_pieces.h"
+#include "messages/tagged_text.h"
 #include "state/logger.h"
 #include "state/process_state.h"
 
@@ -15,32 +17,17 @@ const OverlayRenderer* overlayRenderer = nullptr;
 
 namespace {
 
-constexpr std::string_view kTagEnd = "<*>";
-
 struct Corners {
   std::string lowerLeft;  // the texts as they stand in the tags
   std::string upperRight;
 };
 
-// Takes the text of the first `tag` out of `rest`, which becomes what stands behind its end. None
-// if the tag or its end is missing.
-std::optional<std::string> TakeTag(std::string_view& rest, std::string_view tag) {
-  const std::size_t begin = rest.find(tag);
-  if (begin == std::string_view::npos) return std::nullopt;
-  const std::size_t valueBegin = begin + tag.size();
-  const std::size_t end = rest.find(kTagEnd, valueBegin);
-  if (end == std::string_view::npos) return std::nullopt;
-  std::string value(rest.substr(valueBegin, end - valueBegin));
-  rest.remove_prefix(end + kTagEnd.size());
-  return value;
-}
-
 Corners ReadCorners(std::string_view eis) {
   Corners corners;
-  const std::optional<std::string> lowerLeft = TakeTag(eis, "<GLL>");
+  const auto lowerLeft = TakeTagValue(eis, "<GLL>");
   if (!lowerLeft) return corners;
   corners.lowerLeft = *lowerLeft;
-  corners.upperRight = TakeTag(eis, "<GUR>").value_or("");
+  corners.upperRight = TagValue(eis, "<GUR>").value_or("");
   return corners;
 }
 
@@ -53,10 +40,6 @@ OverlayArea AreaOf(const Corners& corners) {
   return area;
 }
 
-std::string_view Eis(const ReceivedBlock& block) {
-  return BlockCursor(block, 2).OptionalString(block.Word(1));
-}
-
 }  // namespace
 
 OverlayArea ReadOverlayArea(std::string_view eis) {
@@ -64,7 +47,7 @@ OverlayArea ReadOverlayArea(std::string_view eis) {
 }
 
 void HandleOverlayArea(const ReceivedBlock& block, const platform::CancellationDisabled& whole) {
-  const std::string eis(Eis(block));
+  const std::string eis(OneString(block));
   const Corners corners = ReadCorners(eis);
   const OverlayArea area = AreaOf(corners);
   logger->print(L"tl=%ls -> %f %f\n", Utf8ToWide(corners.lowerLeft).c_str(),
@@ -82,9 +65,8 @@ void HandleOverlayArea(const ReceivedBlock& block, const platform::CancellationD
 }
 
 void HandleOverlaySurfaceInvalid(const ReceivedBlock& block) {
-  std::string_view eis = Eis(block);
-  const std::optional<std::string> sid = TakeTag(eis, "<SID>");
-  if (sid && overlayRenderer != nullptr) overlayRenderer->dropSid(*sid);
+  const auto sid = TagValue(OneString(block), "<SID>");
+  if (sid && overlayRenderer != nullptr) overlayRenderer->dropSid(std::string(*sid));
 }
 
 }  // namespace ventrik

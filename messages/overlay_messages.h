@@ -29,8 +29,8 @@ struct OverlayRenderer {
 // is offered.
 extern const OverlayRenderer* overlayRenderer;
 
-// The area between "<GLL>...<*>" and the "<GUR>...<*>" behind it. Without one of the tags, what it
-// would hold stays 0.
+// The area between "<GLL>...<*>" and the "<GUR>...<*>" behind it. Without a <GLL> all of it is 0,
+// without a <GUR> the upper right.
 OverlayArea ReadOverlayArea(std::string_view eis);
 
 // INFO_MAP_OVERLAY_AREA: prints how the area was read and, if weatherOn, answers with a surface for

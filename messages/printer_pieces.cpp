@@ -54,6 +54,10 @@ std::vector<std::int32_t> NextWords(BlockCursor& cursor, std::int32_t count) {
   return words;
 }
 
+std::string_view OneString(const ReceivedBlock& block) {
+  return BlockCursor(block, 2).OptionalString(block.Word(1));
+}
+
 void AppendQuotedLine(std::string& text, std::string_view label, std::string_view value) {
   text += label;
   AppendLine(text, "\"", value, "\"\n");
@@ -82,13 +86,17 @@ void AppendNumbers(std::string& text, std::string_view label,
   text += '\n';
 }
 
+void AppendNumbered(std::string& text, std::int32_t number, std::string_view entry) {
+  AppendFormat(text, "   %d. (", number);
+  AppendLine(text, "", entry, ")\n");
+}
+
 void AppendEvents(std::string& text, std::string_view label, BlockCursor& cursor,
                   std::int32_t count) {
   text += label;
   int number = 0;
   for (const std::string_view event : NextStrings(cursor, count)) {
-    AppendFormat(text, "   %d. (", ++number);
-    AppendLine(text, "", event, ")\n");
+    AppendNumbered(text, ++number, event);
   }
 }
 

@@ -24,6 +24,9 @@ const char* AudioSourceWord(std::int32_t source);  // "invalid value" for an unk
 std::vector<std::string_view> NextStrings(BlockCursor& cursor, std::int32_t count);
 std::vector<std::int32_t> NextWords(BlockCursor& cursor, std::int32_t count);
 
+// The string of a message that has nothing else: word 1 tells whether there is one.
+std::string_view OneString(const ReceivedBlock& block);
+
 // Appends one line.
 
 void AppendQuotedLine(std::string& text, std::string_view label, std::string_view value);
@@ -41,6 +44,9 @@ void AppendNumbers(std::string& text, std::string_view label,
                    const std::vector<std::int32_t>& numbers);
 //   X> handles: 31 32
 
+// Appends an entry with its number, on a line of its own: "   1. (jam)".
+void AppendNumbered(std::string& text, std::int32_t number, std::string_view entry);
+
 // Appends a label and, with no line end between them, a line for each event, counted from 1.
 void AppendEvents(std::string& text, std::string_view label, BlockCursor& cursor,
                   std::int32_t count);
@@ -49,7 +55,7 @@ void AppendEvents(std::string& text, std::string_view label, BlockCursor& cursor
 // Appends "NAME> Enabled" for 1, "NAME> Disabled" for 2, and otherwise "NAME> Invalid (number)".
 void AppendEnabledLine(std::string& text, const char* name, std::int32_t state);
 
-// Appends, in red, that the tester doesn't print this message.
+// Appends, in red, that the tester doesn't print what this message holds.
 void AppendNotImplemented(std::string& text, const char* name);
 
 }  // namespace ventrik

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "messages/response_filter.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
-#include <cstdio>
-#include <cwchar>
-#include <memory>
+#include <array>
 #include <optional>
 #include <string>
+#include <string_view>
 
+#include "console/utf8.h"
 #include "messages/function_ids.h"
 #include "platform/cancellation.h"
 #include "state/logger.h"
@@ -27,17 +30,30 @@ std::optional<std::int32_t> SilencedBy(std::wstring_view line) {
   return NameToFunctionId(line.substr(0, blank));
 }
 
-// The whole file as wide characters, up to its end or the first byte that can't be decoded.
-std::optional<std::wstring> ReadFilterFile() {
-  const platform::CancellationDisabled whole;
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(kFilterFile, "r"),
-                                                             std::fclose);
-  if (!file) return std::nullopt;
+// Line by line, so that a broken character at a line's end doesn't reach into the next.
+std::wstring Decoded(std::string_view bytes) {
   std::wstring text;
-  for (std::wint_t c = std::fgetwc(file.get()); c != WEOF; c = std::fgetwc(file.get())) {
-    text += static_cast<wchar_t>(c);
+  while (!bytes.empty()) {
+    const std::size_t end = std::min(bytes.find('\n'), bytes.size());
+    text += Utf8ToWide(bytes.substr(0, end)) + L'\n';
+    bytes.remove_prefix(std::min(end + 1, bytes.size()));
   }
   return text;
+}
+
+// The whole file, decoded as all text is; none if it can't be opened. A pipe isn't waited for.
+std::optional<std::wstring> ReadFilterFile() {
+  const platform::CancellationDisabled whole;
+  const int descriptor = open(kFilterFile, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor == -1) return std::nullopt;
+  std::string bytes;
+  std::array<char, 4096> part = {};
+  ssize_t count = 0;
+  while ((count = read(descriptor, part.data(), part.size())) > 0) {
+    bytes.append(part.data(), static_cast<std::size_t>(count));
+  }
+  close(descriptor);
+  return Decoded(bytes);
 }
 
 }  // namespace

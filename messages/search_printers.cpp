@@ -66,8 +66,7 @@ void RESP_GET_LIST(const ReceivedBlock& block, std::string& text) {
   text += "RESP_GET_LIST> itemList:\n";
   auto number = static_cast<std::uint32_t>(response.startIndex);  // wraps as a word does
   for (const std::string_view item : response.items) {
-    AppendFormat(text, "   %d. (", static_cast<std::int32_t>(number++));
-    AppendLine(text, "", item, ")\n");
+    AppendNumbered(text, static_cast<std::int32_t>(number++), item);
   }
   text += '\n';
   AppendQuotedLine(text, "RESP_GET_LIST> outputEIS: ", response.outputEis);

@@ -71,8 +71,7 @@ void INFO_SAFETY_CAMERA_AUDIO_MODE(const ReceivedBlock& block, std::string& text
 }
 
 void INFO_REQU_SET_VOLUME_LEVEL(const ReceivedBlock& block, std::string& text) {
-  BlockCursor cursor(block, 2);
-  AppendLine(text, "INFO_REQU_SET_VOLUME_LEVEL> ", cursor.OptionalString(block.Word(1)), "\n");
+  AppendLine(text, "INFO_REQU_SET_VOLUME_LEVEL> ", OneString(block), "\n");
 }
 
 void INFO_PROMPT_READY(const ReceivedBlock& block, std::string& text) {

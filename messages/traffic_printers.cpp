@@ -9,12 +9,12 @@
 namespace ventrik::print {
 namespace {
 
-constexpr const char* kRouteModes[] = {"off", "automatic", "manual", "<invalid>", "delay"};
-constexpr std::size_t kRouteModeCount = sizeof kRouteModes / sizeof kRouteModes[0];
+constexpr const char* kTmcRouteModes[] = {"off", "automatic", "manual", "<invalid>", "delay"};
+constexpr std::size_t kTmcRouteModeCount = sizeof kTmcRouteModes / sizeof kTmcRouteModes[0];
 
-const char* RouteModeWord(std::int32_t mode) {
+const char* TmcRouteModeWord(std::int32_t mode) {
   const auto index = static_cast<std::uint32_t>(mode);
-  return index < kRouteModeCount ? kRouteModes[index] : "<invalid>";
+  return index < kTmcRouteModeCount ? kTmcRouteModes[index] : "<invalid>";
 }
 
 }  // namespace
@@ -24,7 +24,7 @@ void INFO_TMC_MODE(const ReceivedBlock& block, std::string& text) {
 }
 
 void INFO_TMC_ROUTE_MODE(const ReceivedBlock& block, std::string& text) {
-  AppendFormat(text, "INFO_TMC_ROUTE_MODE> mode: %s\n", RouteModeWord(block.Word(1)));
+  AppendFormat(text, "INFO_TMC_ROUTE_MODE> mode: %s\n", TmcRouteModeWord(block.Word(1)));
   AppendFormat(text, "INFO_TMC_ROUTE_MODE> delayThreshold: %d\n", block.Word(2));
 }
 

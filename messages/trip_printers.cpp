@@ -108,9 +108,7 @@ void INFO_ROUTE_RECORDING_ACTIVE(const ReceivedBlock& block, std::string& text) 
 }
 
 void INFO_ROUTE_RECORDING_COMPLETE(const ReceivedBlock& block, std::string& text) {
-  BlockCursor cursor(block, 2);
-  AppendQuotedLine(
-      text, "INFO_ROUTE_RECORDING_COMPLETE> detailsEIS: ", cursor.OptionalString(block.Word(1)));
+  AppendQuotedLine(text, "INFO_ROUTE_RECORDING_COMPLETE> detailsEIS: ", OneString(block));
 }
 
 void INFO_DESTINATION_REACHED(const ReceivedBlock& block, std::string& text) {
@@ -121,9 +119,7 @@ void INFO_DESTINATION_REACHED(const ReceivedBlock& block, std::string& text) {
 }
 
 void INFO_LANE_INFORMATION(const ReceivedBlock& block, std::string& text) {
-  BlockCursor cursor(block, 2);
-  AppendQuotedLine(text,
-                   "INFO_LANE_INFORMATION> detailsEIS: ", cursor.OptionalString(block.Word(1)));
+  AppendQuotedLine(text, "INFO_LANE_INFORMATION> detailsEIS: ", OneString(block));
 }
 
 }  // namespace ventrik::print

@@ -25,13 +25,11 @@ void AppendQuotedLines(std::string& text, std::string_view label, BlockCursor& c
 }  // namespace
 
 void RESP_GET_SW_VERSION(const ReceivedBlock& block, std::string& text) {
-  BlockCursor cursor(block, 2);
-  AppendLine(text, "RESP_GET_SW_VERSION> swVersion: ", cursor.OptionalString(block.Word(1)), "\n");
+  AppendLine(text, "RESP_GET_SW_VERSION> swVersion: ", OneString(block), "\n");
 }
 
 void RESP_GET_DB_VERSION(const ReceivedBlock& block, std::string& text) {
-  BlockCursor cursor(block, 2);
-  AppendLine(text, "RESP_GET_DB_VERSION> dbVersion: ", cursor.OptionalString(block.Word(1)), "\n");
+  AppendLine(text, "RESP_GET_DB_VERSION> dbVersion: ", OneString(block), "\n");
 }
 
 void RESP_CHECK_FOR_UPDATE(const ReceivedBlock& block, std::string& text) {

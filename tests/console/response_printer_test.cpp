@@ -49,6 +49,11 @@ TEST_F(ResponsePrinterTest, MalformedBytesShowAsQuestionMarks) {
   EXPECT_EQ(console_.TakeText(), L"a?z?\n");
 }
 
+TEST_F(ResponsePrinterTest, NulOfAnOverlongFormTakesNothingAway) {
+  Queue("ro\xC0\x80w)\n\xE0\x80\x80last\n");
+  EXPECT_EQ(console_.TakeText(), L"ro?w)\n?last\n");
+}
+
 TEST_F(ResponsePrinterTest, LongTextIsPrintedInPiecesOf100Characters) {
   Queue(std::string(250, 'x'));
   EXPECT_EQ(console_.TakeTexts(),

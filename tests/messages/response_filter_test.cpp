@@ -7,6 +7,10 @@
 #include <filesystem>
 #include <fstream>
 
+#include "console/response_printer.h"
+#include "messages/dispatch.h"
+#include "messages/function_ids.h"
+#include "state/process_state.h"
 #include "tests/support/recorded_console.h"
 #include "tests/support/temporary_directory.h"
 
@@ -120,10 +124,27 @@ TEST_F(ResponseFilterFile, UnreadableFileEmptiesTheFilter) {
 }
 
 TEST_F(ResponseFilterFile, BytesThatAreNoTextDontHurt) {
-  Write("RESP_GET_LIST 0\n\xFF\xFE\x80 0\nRESP_INIT 0\n");
+  Write("RESP_GET_LIST 0\n\xFF\xFE\x80 0\n# caf\xE9\nRESP_INIT 0\n");
   LoadResponseFilter(app_);
-  ASSERT_FALSE(app_.responseFilter.Copy().empty());
-  EXPECT_EQ(app_.responseFilter.Copy().front(), 307);
+  EXPECT_EQ(app_.responseFilter.Copy(), (Ids{307, -1, 1}));
+}
+
+TEST_F(ResponseFilterFile, PipeThatNobodyWritesToIsEmpty) {
+  app_.responseFilter.Store({1});
+  ASSERT_EQ(mkfifo("response_filter.txt", 0600), 0);
+  LoadResponseFilter(app_);
+  EXPECT_EQ(app_.responseFilter.Copy(), Ids{});
+}
+
+TEST_F(ResponseFilterFile, SilencedHeartbeatStillEndsItsWait) {
+  Write("INFO_HEARTBEAT 0\n");
+  LoadResponseFilter(app_);
+  ResponsePrinter printer;
+  const std::int32_t heartbeat = INFO_HEARTBEAT;
+  waitResponseId = INFO_HEARTBEAT;
+  HandleServerMessage(app_, printer, &heartbeat, sizeof heartbeat);
+  EXPECT_EQ(console_.TakeText(), L"");
+  EXPECT_EQ(waitResponseId, 0);
 }
 
 TEST_F(ResponseFilterFile, Mode1LoadsAndSaysOn) {
