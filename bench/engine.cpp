@@ -4,6 +4,7 @@
 #include "bench/engine.h"
 
 #include <signal.h>
+#include <sys/time.h>
 
 #include <array>
 #include <cerrno>
@@ -11,10 +12,11 @@
 #include <cstring>
 #include <memory>
 #include <set>
+#include <thread>
 #include <utility>
 
-#include "bench/builtin_answers.h"
 #include "bench/report.h"
+#include "bench/scenario_file.h"
 #include "messages/encoders.h"
 #include "messages/function_ids.h"
 #include "messages/message_layout.h"
@@ -23,33 +25,9 @@
 namespace ventrik::bench {
 namespace {
 
-constexpr int kEndingLimit = 10'000;  // milliseconds
-
-// What a built-in answer takes, as from a real engine. In a batch file it is also the time in which
-// the line behind a request, a `waitresp`, gets to be read before the response comes.
-constexpr std::chrono::milliseconds kAnswerTime{20};
-
-bool ReadFile(const std::string& path, std::string& text, std::string& error) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rbe"),
-                                                             std::fclose);
-  std::array<char, 4096> part = {};
-  std::size_t count = 0;
-  while (file && (count = std::fread(part.data(), 1, part.size(), file.get())) > 0) {
-    text.append(part.data(), count);
-  }
-  if (file && std::ferror(file.get()) == 0) return true;
-  error = path + ": " + std::strerror(errno);
-  return false;
-}
-
-bool LoadScenario(const std::string& path, Scenario& scenario, std::string& error) {
-  std::string text;
-  if (!ReadFile(path, text, error)) return false;
-  auto parsed = ParseScenario(text, path, error);
-  if (!parsed) return false;
-  scenario = std::move(*parsed);
-  return true;
-}
+constexpr int kEndingLimit = 10'000;         // milliseconds
+constexpr std::chrono::seconds kNextTry{1};  // until a name that can't be had is tried again
+constexpr suseconds_t kLastWords = 500'000;  // microseconds for the answers before a wanted end
 
 // Why a name could not be taken, with the errno of the attempt.
 std::string NameFault(const std::string& name, int fault) {
@@ -70,6 +48,13 @@ Block HeartbeatBlock() {
   return block;
 }
 
+// SIGALRM is among the signals that the main thread waits for.
+void EndSoon() {
+  itimerval once = {};
+  once.it_value.tv_usec = kLastWords;
+  setitimer(ITIMER_REAL, &once, nullptr);
+}
+
 bool IsAlive(std::uint32_t process) {
   return !platform::ProcessIsGone(static_cast<pid_t>(process));
 }
@@ -83,7 +68,21 @@ struct InHand {
 
 }  // namespace
 
-Engine::Engine(const Options& options, const World& world) : options_(options), world_(world) {}
+Engine::Engine(const Options& options, const World& world)
+    : options_(options),
+      seed_(options.seed ? *options.seed : SeedFromClock()),
+      model_(world, outlet_),
+      scenario_(outlet_) {
+  outlet_.Arm(options.faults, seed_);
+  requestFaults_.Arm(options.faults, seed_);
+  usesChance_ = !options.faults.empty();
+  model_.state().pictureFolder = options.pictureFolder;
+  model_.state().overlayFolder = options.overlayFolder;
+  sender_.onSent = [this](const IpcPeer& client, const Block& block) {
+    Note(Direction::sent, client.processId, {block.data(), block.size()});
+  };
+  model_.state().report = [](const std::string& text) { Report("%s", text.c_str()); };
+}
 
 Engine::~Engine() {
   if (server_ != nullptr) ipc_server_close(server_);
@@ -91,37 +90,76 @@ Engine::~Engine() {
 }
 
 bool Engine::Start(std::string& error) {
-  const bool hasScenario = !options_.scenarioFile.empty();
-  if (hasScenario && !LoadScenario(options_.scenarioFile, scenario_, error)) return false;
-  server_ = ipc_server_create(options_.name.c_str());
+  if (!options_.scenarioFile.empty() && !UseScenario(error)) return false;
+  server_ = OpenServer();
   if (server_ == nullptr) {
     error = NameFault(options_.name, errno);
     return false;
   }
   if (!options_.recordFile.empty() && !recorder_.Open(options_.recordFile, error)) return false;
-  server_->onConnect = OnConnect;
-  server_->onConnectContext = this;
-  if (sender_.Start() && platform::StartThread(thread_, Body, this)) return true;
+  const bool hasLog = !options_.logFile.empty();
+  if (hasLog && !log_.Open(options_.logFile, options_.logFormat, error)) return false;
+  if (sender_.Start() && model_.Start() && scenario_.Start() &&
+      platform::StartThread(thread_, Body, this)) {
+    return true;
+  }
   error = "no thread can be started";
   Stop();
   return false;
 }
 
+bool Engine::UseScenario(std::string& error) {
+  std::optional<Scenario> scenario = LoadScenario(options_.scenarioFile, error);
+  if (!scenario) return false;
+  usesChance_ = usesChance_ || scenario->UsesChance();
+  scenario_.Use(std::move(*scenario), seed_);
+  return true;
+}
+
+IpcServer* Engine::OpenServer() {
+  IpcServer* server = ipc_server_create(options_.name.c_str());
+  if (server == nullptr) return nullptr;
+  server->onHandshake = OnHandshake;
+  server->onConnect = OnConnect;
+  server->context = this;
+  return server;
+}
+
 bool Engine::Stop() {
+  scenario_.Stop();
+  model_.Stop();
   sender_.Stop();
   platform::CancelAndForget(thread_);
   if (platform::WaitForThreads(kEndingLimit)) {
-    ipc_server_close(std::exchange(server_, nullptr));
+    requestFaults_.GiveBack();
+    if (server_ != nullptr) ipc_server_close(std::exchange(server_, nullptr));
     return true;
   }
+  if (server_ == nullptr) return false;
   name_detach(server_->attach, 0);
   ChannelDestroy(server_->channel1);
   return false;
 }
 
 std::string Engine::Summary() const {
-  return std::to_string(received_) + " messages received, " + std::to_string(sender_.sent()) +
-         " sent, " + std::to_string(connected_) + " connections";
+  return std::to_string(tally_.received()) + " messages received, " +
+         std::to_string(sender_.sent()) + " sent, " + std::to_string(connected_) + " connections";
+}
+
+std::vector<std::string> Engine::Remarks() const {
+  std::vector<std::string> remarks;
+  for (const std::string& rule : scenario_.NeverSetOff())
+    remarks.push_back("never set off: " + rule);
+  for (const std::string& line : unanswered_.Lines()) remarks.push_back("not answered: " + line);
+  const std::string requests = requestFaults_.FaultsDone();
+  const std::string answers = outlet_.FaultsDone();
+  const char* separator = requests.empty() || answers.empty() ? "" : ", ";
+  if (!options_.faults.empty()) remarks.push_back("faults: " + requests + separator + answers);
+  return remarks;
+}
+
+std::optional<std::uint32_t> Engine::ChanceSeed() const {
+  return usesChance_ ? std::optional<std::uint32_t>(seed_) : std::nullopt;
 }
 
 void* Engine::Body(void* engine) {
@@ -141,10 +179,15 @@ void Engine::Run() {
     if (message == nullptr) {
       clientsChanged_ = true;
     } else {
-      Handle(message, disabled);
+      HandleWithFaults(message, disabled);
     }
     if (std::exchange(clientsChanged_, false)) PruneClients();
   }
+}
+
+int Engine::OnHandshake(void* engine) {
+  Engine& self = *static_cast<Engine*>(engine);
+  return self.requestFaults_.Handshake(self.SinceStart());
 }
 
 void Engine::OnConnect(IpcPeer& client, void* engine) {
@@ -152,8 +195,17 @@ void Engine::OnConnect(IpcPeer& client, void* engine) {
   Engine& self = *static_cast<Engine*>(engine);
   ++self.connected_;
   self.clientsChanged_ = true;
-  for (ScenarioMessage& message : self.scenario_.Take(std::nullopt)) {
-    self.sender_.Post(&client, std::move(message.block), message.after);
+  self.scenario_.Connected(&client);
+}
+
+void Engine::HandleWithFaults(IpcMessage* message, const platform::CancellationDisabled& disabled) {
+  switch (requestFaults_.Request(message, SinceStart(), disabled)) {
+    case RequestFaults::Fate::read:
+      return Handle(message, disabled);
+    case RequestFaults::Fate::gone:
+      return;
+    case RequestFaults::Fate::die:
+      return Die(disabled);
   }
 }
 
@@ -162,10 +214,9 @@ void Engine::Handle(IpcMessage* message, const platform::CancellationDisabled& d
   const std::uint32_t process = message->senderProcess;
   const std::optional<Block> block = Read(message, disabled);
   if (!block) return;
-  ++received_;
   const ReceivedBlock request{block->data(), block->size()};
-  const auto now = std::chrono::steady_clock::now();
-  recorder_.Record(std::chrono::duration_cast<std::chrono::milliseconds>(now - start_), request);
+  recorder_.Record(SinceStart(), request);
+  Note(Direction::received, process, request);
   if (client == nullptr) {
     Report("process %u sends without having connected", process);
     return;
@@ -202,14 +253,15 @@ std::optional<Block> Engine::Read(IpcMessage* message,
 }
 
 void Engine::Answer(IpcPeer* client, ReceivedBlock request) {
-  for (ScenarioMessage& message : scenario_.Take(request.Word(0))) {
-    sender_.Post(client, std::move(message.block), message.after);
+  const ScenarioThread::Handled handled = scenario_.Handle(client, request);
+  if (!options_.blank && handled.isInstead) {
+    model_.Skip(client, request);
+  } else if (!options_.blank) {
+    model_.Handle(client, request);
   }
-  if (!options_.blank) {
-    for (Block& answer : BuiltInAnswers(request, world_)) {
-      sender_.Post(client, std::move(answer), kAnswerTime);
-    }
-  }
+  const bool isKnown = !options_.blank && Model::Handles(request.Word(0));
+  if (!isKnown && !handled.isRuled) unanswered_.Count(request.Word(0));
+  if (request.Word(0) == REQU_SHUTDOWN && options_.exitOnShutdown) EndSoon();
   if (request.Word(0) == REQU_INIT && options_.heartbeat.count() > 0) {
     sender_.Repeat(client, HeartbeatBlock(), kAnswerTime + options_.heartbeat, options_.heartbeat);
   }
@@ -225,9 +277,43 @@ void Engine::PruneClients() {
       link = &client->next;
       continue;
     }
-    *link = client->next;
-    sender_.Retire(client, isOlder);
+    GiveUp(link, isOlder);
   }
+}
+
+void Engine::GiveUp(IpcPeer** link, bool sendWaiting) {
+  IpcPeer* client = *link;
+  *link = client->next;
+  model_.Forget(client);
+  scenario_.Forget(client);
+  sender_.Retire(client, sendWaiting);
+}
+
+// What a tester sees of a server that crashes and is started again.
+void Engine::Die(const platform::CancellationDisabled& disabled) {
+  while (server_->clients != nullptr) GiveUp(&server_->clients, false);
+  ipc_server_close(std::exchange(server_, nullptr));
+  requestFaults_.GiveBack();
+  std::chrono::milliseconds pause = requestFaults_.deadFor();
+  do {
+    const platform::CancellationAllowed waiting(disabled);
+    std::this_thread::sleep_for(pause);
+    pause = kNextTry;
+  } while ((server_ = OpenServer()) == nullptr);
+}
+
+void Engine::Note(Direction direction, std::uint32_t process, ReceivedBlock block) {
+  if (direction == Direction::received) {
+    tally_.Received(block);
+  } else {
+    tally_.Sent(block);
+  }
+  log_.Write({SinceStart(), direction, process, block});
+}
+
+std::chrono::milliseconds Engine::SinceStart() const {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
+                                                               start_);
 }
 
 }  // namespace ventrik::bench

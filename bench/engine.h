@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // The bench engine: a navigation server over the server half of ipc/.
 //
-// Two threads. The receiving thread, here, takes one message after the other, records it and posts
-// what the scenario and the built-in answers have for it, in this order; the sending thread
+// Four threads. The receiving thread, here, takes one message after the other, records it and posts
+// what the scenario and the model have for it, in this order; the threads of the scenario and of
+// the model (scenario_thread.h, model_thread.h) post what time brings; the sending thread
 // (sender.h) sends what was posted. The main thread starts them and ends them.
 //
 // A client is known by its process. One that connects anew is answered over its new record; the old
@@ -17,11 +18,17 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "bench/message_log.h"
+#include "bench/model_thread.h"
 #include "bench/options.h"
 #include "bench/recorder.h"
-#include "bench/scenario.h"
+#include "bench/request_faults.h"
+#include "bench/scenario_thread.h"
 #include "bench/sender.h"
+#include "bench/tally.h"
+#include "bench/unanswered.h"
 #include "bench/world.h"
 #include "ipc/ipc.h"
 #include "platform/cancellation.h"
@@ -40,11 +47,11 @@ class Engine {
   Engine(const Engine&) = delete;
   Engine& operator=(const Engine&) = delete;
 
-  // Reads the scenario, creates the recording, takes the name and starts both threads. On failure
+  // Reads the scenario, creates the recording, takes the name and starts the threads. On failure
   // returns false with the reason in `error`; then only the destructor may be called.
   bool Start(std::string& error);
 
-  // Ends both threads from whatever they are doing. Returns whether they have ended; if not, within
+  // Ends the threads from whatever they are doing. Returns whether they have ended; if not, within
   // ten seconds, because a disk or a terminal holds them up, the engine must not be destroyed.
   // Either way nobody can connect any more, and the name and the sockets are gone.
   bool Stop();
@@ -52,27 +59,52 @@ class Engine {
   // One line of what was done. Once stopped.
   std::string Summary() const;
 
+  // A line for each kind of message, as Tally::Table. Once stopped.
+  std::string Table() const { return tally_.Table(); }
+
+  // What came to nothing, one line each: the rules of the scenario that were never set off, and the
+  // messages that neither a rule nor the model had anything for. Once stopped.
+  //   "never set off: demo.json:7: rules[2] on REQU_INIT"    "not answered: 3 of REQU_BLOCK_ROUTE"
+  std::vector<std::string> Remarks() const;
+
+  // The seed of everything that is left to chance; none if nothing is. Once started.
+  std::optional<std::uint32_t> ChanceSeed() const;
+
  private:
+  bool UseScenario(std::string& error);
+  static int OnHandshake(void* engine);
   static void OnConnect(IpcPeer& client, void* engine);
   static void* Body(void* engine);
   void Run();
+  void HandleWithFaults(IpcMessage* message, const platform::CancellationDisabled& disabled);
   void Handle(IpcMessage* message, const platform::CancellationDisabled& disabled);
   std::optional<Block> Read(IpcMessage* message, const platform::CancellationDisabled& disabled);
   void Answer(IpcPeer* client, ReceivedBlock request);
   void PruneClients();
+  void GiveUp(IpcPeer** link, bool sendWaiting);
+  IpcServer* OpenServer();
+  void Die(const platform::CancellationDisabled& disabled);
+  void Note(Direction direction, std::uint32_t process, ReceivedBlock block);
+  std::chrono::milliseconds SinceStart() const;
 
   const Options options_;
-  const World& world_;
+  const std::uint32_t seed_;
+  MessageLog log_;  // both threads that pass messages
+  Tally tally_;     // the same
+  bool usesChance_ = false;
   const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
   IpcServer* server_ = nullptr;
   pthread_t thread_ = 0;  // main thread
   Sender sender_;
+  Outlet outlet_{sender_};
+  ModelThread model_;
+  ScenarioThread scenario_;
 
   // Receiving thread, once it runs.
-  Scenario scenario_;
+  Unanswered unanswered_;
   Recorder recorder_;
+  RequestFaults requestFaults_;
   bool clientsChanged_ = false;  // since the last pruning
-  std::uint64_t received_ = 0;   // messages
   std::uint64_t connected_ = 0;  // handshakes
 };
 

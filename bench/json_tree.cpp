@@ -71,7 +71,11 @@ class Builder {
   explicit Builder(const Position& position) : position_(position) { open_.push_back(&root_); }
 
   bool null() { return Add(JsonNode::Kind::Nothing); }
-  bool boolean(bool) { return Add(JsonNode::Kind::Flag); }
+  bool boolean(bool value) {
+    Add(JsonNode::Kind::Flag);
+    added_->flag = value;
+    return true;
+  }
   bool number_integer(Json::number_integer_t value) {
     Add(JsonNode::Kind::Integer);
     added_->integer = value;

@@ -18,8 +18,9 @@ struct JsonNode {
   enum class Kind { Nothing, Flag, Integer, Decimal, Text, List, Object };
 
   Kind kind = Kind::Nothing;
-  int line = 0;     // of the key of an object's member, of the value itself otherwise; from 1
-  std::string key;  // of an object's member
+  int line = 0;       // of the key of an object's member, of the value itself otherwise; from 1
+  std::string key;    // of an object's member
+  bool flag = false;  // Flag
   std::int64_t integer = 0;     // Integer; one too large for it is a Decimal
   double decimal = 0;           // Integer and Decimal
   std::string text;             // Text, UTF-8

@@ -3,7 +3,13 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
+
+#include "bench/fault.h"
+#include "bench/message_log.h"
 
 namespace ventrik::bench {
 
@@ -11,8 +17,16 @@ struct Options {
   std::string name = "navigation";         // that clients find the engine by
   std::string recordFile;                  // empty: nothing is recorded
   std::string scenarioFile;                // empty: no scenario
+  bool check = false;                      // look at the scenario and end
   bool blank = false;                      // no built-in answers
   std::chrono::milliseconds heartbeat{0};  // 0: none
+  std::string logFile;                     // empty: no log; "-": standard output
+  LogFormat logFormat = LogFormat::text;
+  std::string pictureFolder;    // of screen shots; empty: they are refused
+  std::string overlayFolder;    // of overlay surfaces; empty: they are not kept
+  bool exitOnShutdown = false;  // a REQU_SHUTDOWN ends the program
+  std::vector<Fault> faults;
+  std::optional<std::uint32_t> seed;  // of what is left to chance; none: from the clock
 };
 
 // What came of reading a command line.

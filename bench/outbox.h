@@ -15,13 +15,10 @@
 #include <utility>
 #include <vector>
 
+#include "bench/model/replies.h"
 #include "ipc/ipc.h"
 
 namespace ventrik::bench {
-
-using Block = std::vector<std::uint8_t>;  // one whole message
-
-using TimePoint = std::chrono::steady_clock::time_point;
 
 // What may wait for one client; a client that sends without ever receiving must not eat the memory.
 inline constexpr std::size_t kMaxWaitingBytes = 64u << 20;

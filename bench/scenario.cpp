@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "bench/scenario.h"
 
+#include <algorithm>
+#include <set>
 #include <utility>
 
 #include "bench/json_tree.h"
 #include "bench/scenario_fields.h"
 #include "messages/function_ids.h"
+#include "messages/layout_table.h"
 
 namespace ventrik::bench {
 namespace {
 
-constexpr std::int64_t kLongestDelay = 86'400'000;  // milliseconds, a day
+constexpr std::int64_t kLongestTime = 86'400'000;  // milliseconds, a day
 
 bool HasKind(const JsonPlace& place, JsonNode::Kind kind, const char* name) {
   return place.node->kind == kind || place.Fail(std::string("takes ") + name);
@@ -48,13 +51,29 @@ bool ReadMessage(const JsonPlace& place, const JsonNode& name, Block& block) {
   return EncodeMessage(static_cast<FunctionId>(id), fields, block, error) || place.Fail(error);
 }
 
+// A number of milliseconds.
+bool ReadTime(const JsonPlace& place, std::int64_t least, Milliseconds& time) {
+  std::int64_t number = 0;
+  if (!ReadInteger(place, least, kLongestTime, number)) return false;
+  time = Milliseconds(number);
+  return true;
+}
+
+// A number of milliseconds, or the least and the most of them.
+bool ReadDelay(const JsonPlace& place, ScenarioMessage& message) {
+  if (place.node->kind != JsonNode::Kind::List) return ReadTime(place, 0, message.after);
+  if (place.node->nodes.size() != 2) return place.Fail("takes a number or [least, most]");
+  Milliseconds most{0};
+  if (!ReadTime(place.Element(0), 0, message.after)) return false;
+  if (!ReadTime(place.Element(1), 0, most)) return false;
+  message.spread = most - message.after;
+  return most >= message.after || place.Fail("the most is less than the least");
+}
+
 bool ReadSend(const JsonPlace& place, ScenarioMessage& message) {
   if (!HasOnly(place, {"after_ms", "hex", "message", "fields"})) return false;
-  if (const JsonNode* after = place.node->Find("after_ms")) {
-    std::int64_t milliseconds = 0;
-    if (!ReadInteger(place.Member(*after), 0, kLongestDelay, milliseconds)) return false;
-    message.after = std::chrono::milliseconds(milliseconds);
-  }
+  const JsonNode* after = place.node->Find("after_ms");
+  if (after != nullptr && !ReadDelay(place.Member(*after), message)) return false;
   const JsonNode* hex = place.node->Find("hex");
   const JsonNode* name = place.node->Find("message");
   const JsonNode* fields = place.node->Find("fields");
@@ -84,38 +103,119 @@ bool ReadOccasion(const JsonPlace& place, std::optional<std::int32_t>& message) 
   return true;
 }
 
-bool ReadRule(const JsonPlace& place, ScenarioRule& rule) {
-  if (!HasOnly(place, {"on", "times", "send"})) return false;
+// What sets the rule off.
+bool ReadTrigger(const JsonPlace& place, ScenarioRule& rule) {
   const JsonNode* on = place.node->Find("on");
-  const JsonNode* send = place.node->Find("send");
-  if (on == nullptr) return place.Fail("has no \"on\"");
-  if (send == nullptr) return place.Fail("has no \"send\"");
-  if (!ReadOccasion(place.Member(*on), rule.message)) return false;
+  const JsonNode* every = place.node->Find("every_ms");
+  if ((on != nullptr) == (every != nullptr)) {
+    return place.Fail("takes either \"on\" or \"every_ms\"");
+  }
+  if (on != nullptr) return ReadOccasion(place.Member(*on), rule.message);
+  return ReadTime(place.Member(*every), 1, rule.period.emplace());
+}
+
+bool ReadWhere(const JsonPlace& place, ScenarioRule& rule) {
+  if (FindLayout(*rule.message) == nullptr) return place.Fail("this message's fields are unknown");
+  return ReadFields(place, *rule.message, rule.where);
+}
+
+bool ReadContains(const JsonPlace& place, ScenarioRule& rule) {
+  const MessageLayout* layout = FindLayout(*rule.message);
+  if (layout == nullptr) return place.Fail("this message's fields are unknown");
+  const bool hasText = std::any_of(layout->begin(), layout->end(),
+                                   [](const LayoutField& field) { return HoldsText(field.kind); });
+  if (!hasText) return place.Fail("this message has no text");
+  return ReadText(place, rule.contains.emplace());
+}
+
+bool ReadInstead(const JsonPlace& place, ScenarioRule& rule) {
+  if (!HasKind(place, JsonNode::Kind::Flag, "true or false")) return false;
+  rule.instead = place.node->flag;
+  return true;
+}
+
+// The keys that look at a message.
+bool ReadConditions(const JsonPlace& place, ScenarioRule& rule) {
+  using Read = bool (*)(const JsonPlace& value, ScenarioRule& into);
+  const std::pair<const char*, Read> kReaders[] = {
+      {"where", ReadWhere}, {"contains", ReadContains}, {"instead", ReadInstead}};
+  for (const auto& [key, read] : kReaders) {
+    const JsonNode* member = place.node->Find(key);
+    if (member == nullptr) continue;
+    const JsonPlace value = place.Member(*member);
+    if (!rule.message) return value.Fail("goes with a message in \"on\"");
+    if (!read(value, rule)) return false;
+  }
+  return true;
+}
+
+bool ReadStates(const JsonPlace& place, ScenarioRule& rule) {
+  if (const JsonNode* to = place.node->Find("to")) {
+    if (!ReadText(place.Member(*to), rule.to.emplace())) return false;
+  }
+  const JsonNode* in = place.node->Find("in");
+  if (in == nullptr) return true;
+  const JsonPlace states = place.Member(*in);
+  if (in->kind == JsonNode::Kind::Text) return ReadText(states, rule.in.emplace_back());
+  if (in->kind != JsonNode::Kind::List || in->nodes.empty()) {
+    return states.Fail("takes a state or a list of states");
+  }
+  return ReadElements(states, rule.in, "states", ReadText);
+}
+
+bool ReadRule(const JsonPlace& place, ScenarioRule& rule) {
+  if (!HasOnly(place,
+               {"on", "every_ms", "where", "contains", "in", "to", "times", "instead", "send"})) {
+    return false;
+  }
+  rule.line = place.node->line;
+  if (!ReadTrigger(place, rule) || !ReadConditions(place, rule) || !ReadStates(place, rule)) {
+    return false;
+  }
   if (const JsonNode* times = place.node->Find("times")) {
     std::int64_t count = 0;
     if (!ReadInteger(place.Member(*times), 1, INT32_MAX, count)) return false;
     rule.times = static_cast<std::int32_t>(count);
   }
+  const JsonNode* send = place.node->Find("send");
+  if (send == nullptr) return place.Fail("has no \"send\"");
   return ReadElements(place.Member(*send), rule.send, "messages", ReadSend);
 }
 
+// A state that nothing leads to is a slip of the pen: its rules could never be set off.
+bool StatesCanBe(const JsonPlace& rules, const Scenario& scenario) {
+  std::set<std::string> states = {scenario.state};
+  for (const ScenarioRule& rule : scenario.rules) {
+    if (rule.to) states.insert(*rule.to);
+  }
+  for (std::size_t index = 0; index < scenario.rules.size(); ++index) {
+    for (const std::string& state : scenario.rules[index].in) {
+      if (states.count(state) > 0) continue;
+      const JsonPlace rule = rules.Element(index);
+      return rule.Member(*rule.node->Find("in")).Fail("no rule leads to \"" + state + "\"");
+    }
+  }
+  return true;
+}
+
 bool ReadScenario(const JsonPlace& place, Scenario& scenario) {
-  if (!HasOnly(place, {"rules"})) return false;
+  if (!HasOnly(place, {"state", "rules"})) return false;
+  const JsonNode* state = place.node->Find("state");
+  if (state != nullptr && !ReadText(place.Member(*state), scenario.state)) return false;
   const JsonNode* rules = place.node->Find("rules");
   if (rules == nullptr) return place.Fail("has no \"rules\"");
-  return ReadElements(place.Member(*rules), scenario.rules, "rules", ReadRule);
+  const JsonPlace list = place.Member(*rules);
+  return ReadElements(list, scenario.rules, "rules", ReadRule) && StatesCanBe(list, scenario);
 }
 
 }  // namespace
 
-std::vector<ScenarioMessage> Scenario::Take(std::optional<std::int32_t> message) {
-  std::vector<ScenarioMessage> taken;
-  for (ScenarioRule& rule : rules) {
-    if (rule.message != message || rule.times == 0) continue;
-    if (rule.times) --*rule.times;
-    taken.insert(taken.end(), rule.send.begin(), rule.send.end());
-  }
-  return taken;
+bool Scenario::UsesChance() const {
+  return std::any_of(rules.begin(), rules.end(), [](const ScenarioRule& rule) {
+    return std::any_of(rule.send.begin(), rule.send.end(), [](const ScenarioMessage& message) {
+      return message.spread > Milliseconds(0);
+    });
+  });
 }
 
 std::optional<Scenario> ParseScenario(std::string_view text, const std::string& file,
@@ -123,6 +223,7 @@ std::optional<Scenario> ParseScenario(std::string_view text, const std::string& 
   std::string fault;
   const std::optional<JsonNode> tree = ParseJson(text, fault);
   Scenario scenario;
+  scenario.file = file;
   if (tree && ReadScenario({&*tree, "", &fault}, scenario)) return scenario;
   error = file + ":" + fault;
   return std::nullopt;

@@ -3,8 +3,6 @@
 
 #include <utility>
 
-#include "messages/layout_table.h"
-
 namespace ventrik::bench {
 namespace {
 
@@ -24,15 +22,6 @@ bool ReadWord(const JsonPlace& place, std::int32_t& word) {
   std::int64_t value = 0;
   if (!ReadInteger(place, INT32_MIN, INT32_MAX, value)) return false;
   word = static_cast<std::int32_t>(value);
-  return true;
-}
-
-bool ReadText(const JsonPlace& place, std::string& text) {
-  if (place.node->kind != JsonNode::Kind::Text) return place.Fail("takes a text");
-  if (place.node->text.find('\0') != std::string::npos) {
-    return place.Fail("a text can't hold a NUL");
-  }
-  text = place.node->text;
   return true;
 }
 
@@ -120,6 +109,15 @@ bool ReadInteger(const JsonPlace& place, std::int64_t least, std::int64_t most,
   return fits || place.Fail("takes a whole number from " + range);
 }
 
+bool ReadText(const JsonPlace& place, std::string& text) {
+  if (place.node->kind != JsonNode::Kind::Text) return place.Fail("takes a text");
+  if (place.node->text.find('\0') != std::string::npos) {
+    return place.Fail("a text can't hold a NUL");
+  }
+  text = place.node->text;
+  return true;
+}
+
 bool ParseHexText(const JsonPlace& place, std::string_view text, Block& bytes) {
   int high = -1;
   for (const char character : text) {
@@ -134,6 +132,27 @@ bool ParseHexText(const JsonPlace& place, std::string_view text, Block& bytes) {
     high = -1;
   }
   return high < 0 || place.Fail("odd number of digits");
+}
+
+bool HoldsText(FieldKind kind) {
+  switch (kind) {
+    case FieldKind::Text:
+    case FieldKind::String:
+    case FieldKind::BareText:
+    case FieldKind::Strings:
+    case FieldKind::Destinations:
+    case FieldKind::DestinationSum:
+      return true;
+    case FieldKind::Word:
+    case FieldKind::Byte:
+    case FieldKind::Double:
+    case FieldKind::Length:
+    case FieldKind::Words:
+    case FieldKind::Bytes:
+    case FieldKind::Unknown:
+      break;
+  }
+  return false;
 }
 
 bool ReadFields(const JsonPlace& place, std::int32_t id, MessageFields& fields) {

@@ -10,7 +10,8 @@
 #include <vector>
 
 #include "bench/json_tree.h"
-#include "bench/outbox.h"
+#include "bench/model/replies.h"
+#include "messages/layout_table.h"
 #include "messages/message_layout.h"
 
 namespace ventrik::bench {
@@ -46,11 +47,17 @@ bool ReadElements(const JsonPlace& place, std::vector<Element>& elements, const 
 bool ReadInteger(const JsonPlace& place, std::int64_t least, std::int64_t most,
                  std::int64_t& value);
 
+// A text without NUL.
+bool ReadText(const JsonPlace& place, std::string& text);
+
 // Pairs of hexadecimal digits of any case; blanks, tabs and line feeds may stand anywhere.
 //   "2e01 0000" => {2E 01 00 00}    "" => {}    "2E0" => odd number of digits
 bool ParseHexText(const JsonPlace& place, std::string_view text, Block& bytes);
 
-// The fields of message `id`, by the kinds of its layout (messages/layout_table.h):
+// Whether a field of that kind is a text, or has texts in it.
+bool HoldsText(FieldKind kind);
+
+// The fields of message `id`, which has a layout, by the kinds of that (messages/layout_table.h):
 //   word, length                  a whole number of 32 bits
 //   byte                          a whole number from 0 to 255
 //   double                        a number

@@ -130,6 +130,7 @@ void Sender::Send(const Outbox::Task& task, const platform::CancellationDisabled
   }
   if (error == 0) {
     ++sent_;
+    if (onSent) onSent(*task.client, *task.block);
     return;
   }
   // A client that refuses one message may take the next; one that is hung or closed won't.

@@ -14,6 +14,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <optional>
 
@@ -29,6 +30,9 @@ class Sender {
   ~Sender();
   Sender(const Sender&) = delete;
   Sender& operator=(const Sender&) = delete;
+
+  // Called by the thread with each message that its client has taken. Before Start.
+  std::function<void(const IpcPeer& client, const Block& block)> onSent;
 
   // Starts the thread. Returns false if the system has no more threads.
   bool Start();

@@ -135,10 +135,14 @@ struct IpcServer {
   char* name;        // own copy
   std::uint32_t processId;
 
+  // Called by ipc_server_accept with each handshake, before it is answered; a result other than 0
+  // refuses it with that error. May be null.
+  int (*onHandshake)(void* context);
+
   // Called by ipc_server_accept when a client has shaken hands and stands in `clients`. May be
   // null.
   void (*onConnect)(IpcPeer& client, void* context);
-  void* onConnectContext;
+  void* context;  // of both
 };
 
 // Creates both channels and attaches the name. Null on failure, with nothing left standing.

@@ -57,6 +57,11 @@ bool AttachToClient(IpcPeer& peer, const IpcControlRecord& request) {
 
 // The client gets its answer whatever comes of the attaching: it finds out when it sends.
 void AnswerConnect(IpcServer& server, int receiveId, const IpcControlRecord& request) {
+  const int refusal = server.onHandshake != nullptr ? server.onHandshake(server.context) : 0;
+  if (refusal != 0) {
+    MsgError(receiveId, refusal);
+    return;
+  }
   IpcPeer* peer = NewClientRecord(request);
   const bool attached = peer != nullptr && AttachToClient(*peer, request);
   if (attached) {
@@ -69,7 +74,7 @@ void AnswerConnect(IpcServer& server, int receiveId, const IpcControlRecord& req
                                   {static_cast<std::uint32_t>(server.channel0),
                                    static_cast<std::uint32_t>(server.channel1), server.processId}};
   MsgReply(receiveId, 0, &reply, sizeof reply);
-  if (attached && server.onConnect != nullptr) server.onConnect(*peer, server.onConnectContext);
+  if (attached && server.onConnect != nullptr) server.onConnect(*peer, server.context);
 }
 
 IpcPeer* FindClient(const IpcServer& server, std::uint32_t processId) {

@@ -86,8 +86,8 @@ TEST_F(EngineStartTest, HelpAndVersionEndWell) {
   EngineProcess help({"--help"});
   EXPECT_EQ(help.End(0), 0);
   const std::string text = help.output();
-  for (const char* option :
-       {"--name", "--record", "--scenario", "--blank", "--heartbeat", "--help", "--version"}) {
+  for (const char* option : {"--name", "--record", "--scenario", "--check", "--seed", "--blank",
+                             "--heartbeat", "--help", "--version"}) {
     EXPECT_NE(text.find(std::string("\n  ") + option + " "), std::string::npos) << option;
   }
   EngineProcess version({"--version"});

@@ -9,7 +9,7 @@
 #include <chrono>
 #include <sstream>
 
-#include "bench/builtin_answers.h"
+#include "bench/model/system.h"
 #include "tests/bench/engine_fixture.h"
 
 namespace ventrik::bench {
@@ -84,7 +84,12 @@ TEST_F(EngineTest, BlankAnswersNothing) {
   EXPECT_TRUE(client.Send(encode::REQU_SHUTDOWN()));
   EXPECT_EQ(client.ReceiveName(), "INFO_HEARTBEAT");
   EXPECT_EQ(engine->End(), 0);
-  EXPECT_EQ(engine->output(), "kelmora-bench: 3 messages received, 1 sent, 1 connections\n");
+  const std::string output = engine->output();
+  EXPECT_EQ(output.find("kelmora-bench: 3 messages received, "), 0u) << output;
+  EXPECT_NE(output.find("kelmora-bench: not answered: 1 of REQU_INIT\n"
+                        "kelmora-bench: not answered: 1 of REQU_GET_SPELL\n"),
+            std::string::npos)
+      << output;
 }
 
 TEST_F(EngineTest, RefusesWhatIsTooLong) {

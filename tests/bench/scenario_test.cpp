@@ -106,35 +106,51 @@ TEST(Scenario, ConvertsFieldsByTheirKinds) {
                               {"handles", std::vector<std::int32_t>{1, -2}}}));
 }
 
-// ---- which rules are set off
-
-std::string TakenBy(Scenario& scenario, std::optional<std::int32_t> message) {
-  std::string bytes;
-  for (const ScenarioMessage& taken : scenario.Take(message)) {
-    bytes += std::to_string(taken.block.at(0));
-  }
-  return bytes;
+TEST(Scenario, ReadsWhatARuleAsksFor) {
+  const Scenario scenario = Parse(
+      "{\"state\": \"asleep\",\n\"rules\": [\n"
+      "{\"on\": \"REQU_GET_LIST\", \"where\": {\"startIndex\": 1, \"fieldNames\": [\"GEO\"]},"
+      " \"contains\": \"<CTY>\", \"in\": \"asleep\", \"to\": \"awake\", \"instead\": true,"
+      " \"send\": []},\n\n"
+      "{\"every_ms\": 1000, \"times\": 3, \"in\": [\"asleep\", \"awake\"], \"send\": []}]}");
+  EXPECT_EQ(scenario.file, "demo.json");
+  EXPECT_EQ(scenario.state, "asleep");
+  ASSERT_EQ(scenario.rules.size(), 2u);
+  const ScenarioRule& first = scenario.rules[0];
+  EXPECT_EQ(first.line, 3);
+  EXPECT_EQ(first.message, REQU_GET_LIST);
+  EXPECT_EQ(first.period, std::nullopt);
+  EXPECT_EQ(first.where,
+            (MessageFields{{"startIndex", 1}, {"fieldNames", std::vector<std::string>{"GEO"}}}));
+  EXPECT_EQ(first.contains, "<CTY>");
+  EXPECT_EQ(first.in, std::vector<std::string>{"asleep"});
+  EXPECT_EQ(first.to, "awake");
+  EXPECT_TRUE(first.instead);
+  const ScenarioRule& second = scenario.rules[1];
+  EXPECT_EQ(second.line, 5);
+  EXPECT_EQ(second.message, std::nullopt);
+  EXPECT_EQ(second.period, milliseconds(1000));
+  EXPECT_EQ(second.times, 3);
+  EXPECT_EQ(second.in, (std::vector<std::string>{"asleep", "awake"}));
+  EXPECT_EQ(second.to, std::nullopt);
+  EXPECT_FALSE(second.instead);
 }
 
-TEST(Scenario, AllMatchingRulesAreSetOffInTheirOrder) {
-  Scenario scenario = Parse(
-      "{\"rules\": [{\"on\": 302, \"send\": [{\"hex\": \"01\"}, {\"hex\": \"02\"}]},"
-      "{\"on\": \"connect\", \"send\": [{\"hex\": \"03\"}]},"
-      "{\"on\": \"REQU_GET_SPELL\", \"send\": [{\"hex\": \"04\"}]}]}");
-  EXPECT_EQ(TakenBy(scenario, REQU_GET_SPELL), "124");
-  EXPECT_EQ(TakenBy(scenario, std::nullopt), "3");
-  EXPECT_EQ(TakenBy(scenario, REQU_INIT), "");
+TEST(Scenario, BeginsInTheStateStart) {
+  EXPECT_EQ(Parse("{\"rules\": []}").state, "start");
 }
 
-TEST(Scenario, ARuleIsSpentAfterItsTimes) {
-  Scenario scenario = Parse(
-      "{\"rules\": [{\"on\": 0, \"times\": 2, \"send\": [{\"hex\": \"01\"}]},"
-      "{\"on\": 0, \"send\": [{\"hex\": \"02\"}]}]}");
-  EXPECT_EQ(TakenBy(scenario, 0), "12");
-  EXPECT_EQ(TakenBy(scenario, 1), "");
-  EXPECT_EQ(TakenBy(scenario, 0), "12");
-  EXPECT_EQ(TakenBy(scenario, 0), "2");
-  EXPECT_EQ(TakenBy(scenario, 0), "2");
+TEST(Scenario, LeavesDelaysToChance) {
+  const Scenario scenario = Parse(
+      RuleWith("{\"hex\": \"\", \"after_ms\": [100, 300]}, {\"hex\": \"\", \"after_ms\": [5, 5]}"));
+  ASSERT_EQ(scenario.rules.at(0).send.size(), 2u);
+  EXPECT_EQ(scenario.rules[0].send[0].after, milliseconds(100));
+  EXPECT_EQ(scenario.rules[0].send[0].spread, milliseconds(200));
+  EXPECT_EQ(scenario.rules[0].send[1].after, milliseconds(5));
+  EXPECT_EQ(scenario.rules[0].send[1].spread, milliseconds(0));
+  EXPECT_TRUE(scenario.UsesChance());
+  EXPECT_FALSE(Parse(RuleWith("{\"hex\": \"\", \"after_ms\": [5, 5]}")).UsesChance());
+  EXPECT_FALSE(Parse(RuleWith("{\"hex\": \"\", \"after_ms\": 5}")).UsesChance());
 }
 
 // ---- errors
@@ -149,13 +165,15 @@ TEST(ScenarioErrors, OfTheRules) {
       {"[]", "demo.json:1: the scenario: takes an object"},
       {"\n3\n", "demo.json:2: the scenario: takes an object"},
       {"{}", "demo.json:1: the scenario: has no \"rules\""},
-      {"{\"rules\": [],\n\"rule\": []}", "demo.json:2: rule: unknown key; known here: rules"},
+      {"{\"rules\": [],\n\"rule\": []}",
+       "demo.json:2: rule: unknown key; known here: state, rules"},
       {"{\n\"rules\":\n{}}", "demo.json:2: rules: takes a list of rules"},
-      {"{\"rules\": [\n{}]}", "demo.json:2: rules[0]: has no \"on\""},
+      {"{\"rules\": [\n{}]}", "demo.json:2: rules[0]: takes either \"on\" or \"every_ms\""},
       {"{\"rules\": [\n\n4\n]}", "demo.json:3: rules[0]: takes an object"},
       {"{\"rules\": [{\"on\": 1}]}", "demo.json:1: rules[0]: has no \"send\""},
       {"{\"rules\": [{\"on\": 1, \"send\": []},\n{\"on\": 1, \"sned\": []}]}",
-       "demo.json:2: rules[1].sned: unknown key; known here: on, times, send"},
+       "demo.json:2: rules[1].sned: unknown key; known here: on, every_ms, where, contains, in, "
+       "to, times, instead, send"},
       {"{\"rules\": [{\"on\": \"REQU_\", \"send\": []}]}",
        "demo.json:1: rules[0].on: no message is called \"REQU_\""},
       {"{\"rules\": [{\"on\": null, \"send\": []}]}",
@@ -174,6 +192,47 @@ TEST(ScenarioErrors, OfTheRules) {
   for (const ErrorRow& row : kRows) EXPECT_EQ(ErrorOf(row.text), row.error) << row.text;
 }
 
+TEST(ScenarioErrors, OfWhatARuleAsksFor) {
+  const ErrorRow kRows[] = {
+      {"\"on\": 1, \"every_ms\": 5", ": takes either \"on\" or \"every_ms\""},
+      {"\"every_ms\": 0", ".every_ms: takes a whole number from 1 to 86400000"},
+      {"\"every_ms\": [1, 2]", ".every_ms: takes a whole number from 1 to 86400000"},
+      {"\"every_ms\": 5, \"where\": {}", ".where: goes with a message in \"on\""},
+      {"\"every_ms\": 5, \"contains\": \"a\"", ".contains: goes with a message in \"on\""},
+      {"\"every_ms\": 5, \"instead\": true", ".instead: goes with a message in \"on\""},
+      {"\"on\": \"connect\", \"where\": {}", ".where: goes with a message in \"on\""},
+      {"\"on\": \"connect\", \"instead\": false", ".instead: goes with a message in \"on\""},
+      {"\"on\": 1, \"instead\": 1", ".instead: takes true or false"},
+      {"\"on\": 4711, \"where\": {}", ".where: this message's fields are unknown"},
+      {"\"on\": \"REQU_INIT\", \"where\": 1", ".where: takes an object"},
+      {"\"on\": \"REQU_INIT\", \"where\": {\"answer\": 1}",
+       ".where.answer: no such field; REQU_INIT has no fields"},
+      {"\"on\": \"REQU_START_GUIDANCE\", \"where\": {\"routeHandle\": \"7\"}",
+       ".where.routeHandle: takes a whole number from -2147483648 to 2147483647"},
+      {"\"on\": \"REQU_GET_LIST\", \"where\": {\"fieldNames\": [1]}",
+       ".where.fieldNames[0]: takes a text"},
+      {"\"on\": 4711, \"contains\": \"\"", ".contains: this message's fields are unknown"},
+      {"\"on\": \"REQU_INIT\", \"contains\": \"a\"", ".contains: this message has no text"},
+      {"\"on\": \"GPS_DATA\", \"contains\": \"a\"", ".contains: this message has no text"},
+      {"\"on\": \"REQU_GET_SPELL\", \"contains\": [\"a\"]", ".contains: takes a text"},
+      {"\"on\": 1, \"in\": []", ".in: takes a state or a list of states"},
+      {"\"on\": 1, \"in\": 1", ".in: takes a state or a list of states"},
+      {"\"on\": 1, \"in\": [\"start\", 1]", ".in[1]: takes a text"},
+      {"\"on\": 1, \"in\": \"other\"", ".in: no rule leads to \"other\""},
+      {"\"on\": 1, \"in\": [\"start\", \"other\"]", ".in: no rule leads to \"other\""},
+      {"\"on\": 1, \"to\": 1", ".to: takes a text"},
+  };
+  for (const ErrorRow& row : kRows) {
+    EXPECT_EQ(ErrorOf(std::string("{\"rules\": [{\"send\": [], ") + row.text + "}]}"),
+              std::string("demo.json:1: rules[0]") + row.error)
+        << row.text;
+  }
+  EXPECT_EQ(ErrorOf("{\"rules\": [],\n\"state\": 1}"), "demo.json:2: state: takes a text");
+  EXPECT_EQ(
+      ErrorOf("{\"rules\": [{\"on\": 1, \"in\": \"start\", \"send\": []}],\n\"state\": \"a\"}"),
+      "demo.json:1: rules[0].in: no rule leads to \"start\"");
+}
+
 TEST(ScenarioErrors, OfAMessage) {
   const ErrorRow kRows[] = {
       {"7", "takes an object"},
@@ -189,6 +248,13 @@ TEST(ScenarioErrors, OfAMessage) {
       {"{\"hex\": \"\", \"after_ms\": 1.5}", ".after_ms: takes a whole number from 0 to 86400000"},
       {"{\"hex\": \"\", \"after_ms\": 99999999999999999999}",
        ".after_ms: takes a whole number from 0 to 86400000"},
+      {"{\"hex\": \"\", \"after_ms\": []}", ".after_ms: takes a number or [least, most]"},
+      {"{\"hex\": \"\", \"after_ms\": [1, 2, 3]}", ".after_ms: takes a number or [least, most]"},
+      {"{\"hex\": \"\", \"after_ms\": [2, 1]}", ".after_ms: the most is less than the least"},
+      {"{\"hex\": \"\", \"after_ms\": [-1, 1]}",
+       ".after_ms[0]: takes a whole number from 0 to 86400000"},
+      {"{\"hex\": \"\", \"after_ms\": [1, \"2\"]}",
+       ".after_ms[1]: takes a whole number from 0 to 86400000"},
       {"{\"message\": \"RESP_INITT\"}", ".message: no message is called \"RESP_INITT\""},
       {"{\"message\": \"FUNC_INVALID\"}", ".message: no message is called \"FUNC_INVALID\""},
       {"{\"message\": 1}", ".message: takes the name of a message"},
@@ -290,7 +356,10 @@ TEST(ScenarioErrors, DeepNestingIsRefused) {
 
 TEST(ScenarioErrors, EveryPrefixIsRefused) {
   const std::string text =
-      "{\"rules\": [{\"on\": \"connect\", \"times\": 1, \"send\": [{\"after_ms\": 5, \"message\": "
+      "{\"state\": \"a\", \"rules\": [{\"on\": \"REQU_GET_SPELL\", \"where\": {\"inputEIS\": "
+      "\"x\"}, "
+      "\"instead\": true, \"in\": [\"a\"], \"times\": 1, \"send\": [{\"after_ms\": [5, 6], "
+      "\"message\": "
       "\"RESP_NEW_TRIP\", \"fields\": {\"destinations\": [[\"\u00FC\", [\"b\"]]], \"handles\": "
       "[12]}}]}]}";
   EXPECT_EQ(ErrorOf(text), "(no error)");

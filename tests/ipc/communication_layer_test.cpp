@@ -122,7 +122,7 @@ TEST_F(LayerTest, EmptyMessageIsReceivedWithResultOne) {
 TEST_F(LayerTest, ReceiveConnectsByItself) {
   const auto server = StartServer("navigation", [this](IpcServer* own) {
     own->onConnect = [](IpcPeer&, void* told) { static_cast<Mailbox*>(told)->Put("connected"); };
-    own->onConnectContext = &fromChild_;
+    own->context = &fromChild_;
     return NextText(own) == "" ? 1 : 0;
   });
   std::thread listener([this] { EXPECT_EQ(Receive(), "-1"); });

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "bench/builtin_answers.h"
+#include "bench/model/model.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "bench/model/system.h"
 #include "bench/search.h"
 #include "messages/encoders.h"
 #include "messages/message_layout.h"
@@ -27,9 +29,9 @@ MessageBuffer ListRequestOf(const std::string& eis, std::int32_t start, std::int
   return encode::REQU_GET_LIST(eis, start, count, order, {fields}, onOff);
 }
 
-class BuiltInAnswersTest : public ::testing::Test {
+class ModelTest : public ::testing::Test {
  protected:
-  BuiltInAnswersTest() {
+  ModelTest() {
     auto world = World::Parse(kPlaces, error_);
     EXPECT_TRUE(world) << error_;
     if (world) world_ = std::move(*world);
@@ -37,8 +39,18 @@ class BuiltInAnswersTest : public ::testing::Test {
 
   template <class Request>
   std::vector<Block> Answers(const Request& request) const {
-    return BuiltInAnswers({static_cast<const std::uint8_t*>(request.data()), request.size()},
-                          world_);
+    return Answers({static_cast<const std::uint8_t*>(request.data()), request.size()}, world_);
+  }
+
+  static std::vector<Block> Answers(ReceivedBlock request, const World& world) {
+    Model model(world);
+    std::vector<Block> blocks;
+    for (Outgoing& message : model.Handle(request, TimePoint())) {
+      EXPECT_EQ(message.audience, Audience::requester);
+      EXPECT_EQ(message.after, kAnswerTime);
+      blocks.push_back(std::move(message.block));
+    }
+    return blocks;
   }
 
   // The one answer, by its fields; none if it isn't one message of that number.
@@ -60,12 +72,12 @@ class BuiltInAnswersTest : public ::testing::Test {
   World world_;
 };
 
-TEST_F(BuiltInAnswersTest, InitAndShutdownByteForByte) {
+TEST_F(ModelTest, InitAndShutdownByteForByte) {
   EXPECT_EQ(Answers(encode::REQU_INIT()), std::vector<Block>{(Block{1, 0, 0, 0, 0, 0, 0, 0})});
   EXPECT_EQ(Answers(encode::REQU_SHUTDOWN()), std::vector<Block>{(Block{101, 0, 0, 0})});
 }
 
-TEST_F(BuiltInAnswersTest, Versions) {
+TEST_F(ModelTest, Versions) {
   EXPECT_EQ(AnswerOf(RESP_GET_SW_VERSION, encode::REQU_GET_SW_VERSION()),
             (MessageFields{{"swVersion", ProgramVersion()}}));
   EXPECT_EQ(ProgramVersion().substr(0, 14), "kelmora-bench ");
@@ -74,7 +86,7 @@ TEST_F(BuiltInAnswersTest, Versions) {
             (MessageFields{{"dbVersion", std::string("GeoNames 2022-03-04, 4 places")}}));
 }
 
-TEST_F(BuiltInAnswersTest, SpellByteForByte) {
+TEST_F(ModelTest, SpellByteForByte) {
   const Block expected = {47,  1,   0,   0,  // RESP_GET_SPELL
                           14,  0,   0,   0,  // inputEIS
                           1,   0,   0,   0,  // validState
@@ -89,7 +101,7 @@ TEST_F(BuiltInAnswersTest, SpellByteForByte) {
   EXPECT_EQ(Answers(encode::REQU_GET_SPELL("<GEOC>Ger<*>  ")), std::vector<Block>{expected});
 }
 
-TEST_F(BuiltInAnswersTest, SpellOfAFullMatch) {
+TEST_F(ModelTest, SpellOfAFullMatch) {
   EXPECT_EQ(Spelled("<GEOC>Germany<*>"),
             (MessageFields{{"inputEIS", std::string("<GEOC>Germany<*>")},
                            {"validState", 1},
@@ -99,7 +111,7 @@ TEST_F(BuiltInAnswersTest, SpellOfAFullMatch) {
                            {"isFullMatch", 1}}));
 }
 
-TEST_F(BuiltInAnswersTest, SpellOfNonsenseIsInvalid) {
+TEST_F(ModelTest, SpellOfNonsenseIsInvalid) {
   EXPECT_EQ(Spelled("nonsense"), (MessageFields{{"inputEIS", std::string("nonsense")},
                                                 {"validState", 2},
                                                 {"nextAvailableCharacters", std::string()},
@@ -108,7 +120,7 @@ TEST_F(BuiltInAnswersTest, SpellOfNonsenseIsInvalid) {
                                                 {"isFullMatch", 2}}));
 }
 
-TEST_F(BuiltInAnswersTest, ListGivesRowsWithTheFieldsAskedFor) {
+TEST_F(ModelTest, ListGivesRowsWithTheFieldsAskedFor) {
   const std::string eis = "<GEOC>Germany<*><GEOS>Bayern<*><CTY><*>";
   EXPECT_EQ(AnswerOf(RESP_GET_LIST, ListRequestOf(eis, 1, -1, 1, {"POP", "none"}, 2)),
             (MessageFields{{"inputEIS", eis},
@@ -123,7 +135,7 @@ TEST_F(BuiltInAnswersTest, ListGivesRowsWithTheFieldsAskedFor) {
                            {"completeState", 1}}));
 }
 
-TEST_F(BuiltInAnswersTest, ListGivesAPage) {
+TEST_F(ModelTest, ListGivesAPage) {
   const std::string eis = "<CTY><*>";
   EXPECT_EQ(
       AnswerOf(RESP_GET_LIST, ListRequestOf(eis, 2, 1, 2, {}, 1)),
@@ -138,7 +150,7 @@ TEST_F(BuiltInAnswersTest, ListGivesAPage) {
                      {"completeState", 2}}));
 }
 
-TEST_F(BuiltInAnswersTest, ListOfNonsenseIsInvalid) {
+TEST_F(ModelTest, ListOfNonsenseIsInvalid) {
   const MessageFields answer =
       AnswerOf(RESP_GET_LIST, ListRequestOf("nonsense", 0, 3, 0, {"Default"}, 2));
   EXPECT_EQ(answer, (MessageFields{{"inputEIS", std::string("nonsense")},
@@ -152,7 +164,7 @@ TEST_F(BuiltInAnswersTest, ListOfNonsenseIsInvalid) {
                                    {"completeState", 1}}));
 }
 
-TEST_F(BuiltInAnswersTest, HighwayExitsAreAnEmptyValidList) {
+TEST_F(ModelTest, HighwayExitsAreAnEmptyValidList) {
   const std::string eis = "<IFT>HWM<*><EXT><*>";
   EXPECT_EQ(AnswerOf(RESP_GET_LIST, ListRequestOf(eis, 1, 3, 0, {"Default"}, 2)),
             (MessageFields{{"inputEIS", eis},
@@ -166,7 +178,7 @@ TEST_F(BuiltInAnswersTest, HighwayExitsAreAnEmptyValidList) {
                            {"completeState", 1}}));
 }
 
-TEST_F(BuiltInAnswersTest, EveryAnswerFitsAReceiver) {
+TEST_F(ModelTest, EveryAnswerFitsAReceiver) {
   const std::string huge = "<GEOC>Germany<*>" + std::string(700'000, 'x');
   EXPECT_EQ(Spelled(huge), (MessageFields{{"inputEIS", std::string()},
                                           {"validState", 1},
@@ -181,7 +193,7 @@ TEST_F(BuiltInAnswersTest, EveryAnswerFitsAReceiver) {
   EXPECT_EQ(std::get<Texts>(*FindField(list, "fieldOptions")), Texts{});
 
   const auto everything = ListRequestOf("<CTY><*>", 1, -1, 0, {"ALL", "DST"}, 1);
-  const auto answers = BuiltInAnswers(
+  const auto answers = Answers(
       {static_cast<const std::uint8_t*>(everything.data()), everything.size()}, BuiltInWorld());
   ASSERT_EQ(answers.size(), 1u);
   EXPECT_LE(answers[0].size(), kMaxAnswer);
@@ -189,19 +201,18 @@ TEST_F(BuiltInAnswersTest, EveryAnswerFitsAReceiver) {
   EXPECT_EQ(std::get<Texts>(*FindField(*fields, "itemList")).size(), std::size_t{kMaxListRows});
 }
 
-TEST_F(BuiltInAnswersTest, AllElseHasNoAnswer) {
-  EXPECT_TRUE(Answers(encode::REQU_STOP_GUIDANCE()).empty());
+TEST_F(ModelTest, WhatIsNoRequestHasNoAnswer) {
   EXPECT_TRUE(Answers(Block{}).empty());
   EXPECT_TRUE(Answers(Block{0, 0, 0}).empty());
   EXPECT_TRUE(Answers(Block{0xFF, 0xFF, 0xFF, 0xFF}).empty());
   EXPECT_TRUE(Answers(Block{1, 0, 0, 0}).empty());
 }
 
-TEST_F(BuiltInAnswersTest, EveryPrefixOfARequestIsAnswered) {
+TEST_F(ModelTest, EveryPrefixOfARequestIsAnswered) {
   const auto whole = ListRequestOf("<GEOC>Germany<*><CTY><*>", 1, 2, 0, {"ALL"}, 1);
   const auto* bytes = static_cast<const std::uint8_t*>(whole.data());
   for (std::size_t length = 4; length <= whole.size(); ++length) {
-    EXPECT_EQ(BuiltInAnswers({bytes, length}, world_).size(), 1u) << length;
+    EXPECT_EQ(Answers({bytes, length}, world_).size(), 1u) << length;
   }
 }
 

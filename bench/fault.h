@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: Apache-2.0
+// Faults that the bench engine commits on purpose: what goes wrong, with which messages, how often.
+//
+// On the command line a fault is a kind and its conditions:
+//
+//   --fault truncate,message=RESP_GET_LIST,probability=0.1
+//   --fault hang,message=REQU_GET_SPELL,after=3,times=1,seconds=20
+//
+// Handshake:  refuse, slow (seconds). Conditions on messages don't apply.
+// Requests:   unread (never answered: the client waits 15 seconds), miscount (answered with a wrong
+//             count), hang (the whole engine stands still for `seconds`), die (all connections and
+//             the name are gone for `seconds`).
+// Answers and notifications: drop, late (by `seconds`), duplicate, reorder (the next ones overtake
+//             it), flood (`copies` more of it), oversize (padded beyond what a tester receives),
+//             unknown (its number becomes one that nobody knows), truncate (cut somewhere), lie (a
+//             count, a length or another word becomes wrong), endless (the last text has no end).
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "bench/random.h"
+
+namespace ventrik::bench {
+
+enum class FaultKind {
+  refuse,
+  slow,
+  unread,
+  miscount,
+  hang,
+  die,
+  drop,
+  late,
+  duplicate,
+  reorder,
+  flood,
+  oversize,
+  unknown,
+  truncate,
+  lie,
+  endless,
+};
+
+// The moments at which a fault can strike.
+enum class FaultStage { handshake, request, answer };
+
+const char* FaultName(FaultKind kind);
+FaultStage StageOf(FaultKind kind);
+
+struct Fault {
+  FaultKind kind = FaultKind::drop;
+  std::optional<std::int32_t> message{};  // none: any
+  std::uint64_t after = 0;                // the first so many are spared
+  std::optional<std::uint64_t> times{};   // how often it strikes; none: always
+  std::chrono::milliseconds from{0};      // since the engine's start
+  std::optional<std::chrono::milliseconds> until{};
+  double probability = 1;                      // of each that the other conditions let through
+  std::chrono::milliseconds duration{16'000};  // seconds=
+  std::int32_t copies = 100;
+};
+
+// Reads one. On failure nothing, with the reason in `error`, as "late: seconds: 'x' is no number".
+std::optional<Fault> ParseFault(std::string_view text, std::string& error);
+
+// A fault at work: counts, and draws from a generator of its own, so that the same messages meet
+// the same faults whatever other faults there are. One thread at a time.
+class ArmedFault {
+ public:
+  // `series` tells the faults of one seed apart.
+  ArmedFault(const Fault& fault, std::uint32_t seed, std::string_view series)
+      : fault_(fault), random_(seed, series) {}
+
+  const Fault& fault() const { return fault_; }
+
+  // Whether it strikes this message (none: a handshake), `sinceStart`. Counts it.
+  bool Strikes(std::optional<std::int32_t> message, std::chrono::milliseconds sinceStart);
+
+  // For faults that have a choice.
+  Random& random() { return random_; }
+
+  std::uint64_t struck() const { return struck_; }
+
+ private:
+  Fault fault_;
+  Random random_;
+  std::uint64_t met_ = 0;
+  std::uint64_t struck_ = 0;
+};
+
+// The faults that struck, as "drop 3, late 1"; empty if none did.
+std::string DescribeFaultsDone(const std::vector<ArmedFault>& faults);
+
+}  // namespace ventrik::bench

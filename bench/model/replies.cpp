@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "bench/model/replies.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace ventrik::bench {
+namespace {
+
+Block Encode(FunctionId id, const MessageFields& fields) {
+  Block block;
+  std::string error;
+  EncodeMessage(id, fields, block, error);
+  return block;
+}
+
+bool IsAmong(const std::vector<std::string_view>& names, const std::string& name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+}  // namespace
+
+void Replies::Answer(FunctionId id, MessageFields fields,
+                     const std::vector<std::string_view>& repeated) {
+  Block block = Encode(id, fields);
+  if (block.size() > kMaxAnswer) {
+    const auto isRepeated = [&repeated](const MessageField& field) {
+      return IsAmong(repeated, field.name);
+    };
+    fields.erase(std::remove_if(fields.begin(), fields.end(), isRepeated), fields.end());
+    block = Encode(id, fields);
+  }
+  messages_.push_back({Audience::requester, kAnswerTime, std::move(block)});
+}
+
+void Replies::Notify(FunctionId id, MessageFields fields, Milliseconds after) {
+  messages_.push_back({Audience::everyone, after, Encode(id, fields)});
+}
+
+std::vector<Outgoing> Replies::Take() {
+  return std::exchange(messages_, {});
+}
+
+}  // namespace ventrik::bench

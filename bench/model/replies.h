@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: Apache-2.0
+// What the engine's model wants sent: the answers to a request, and what everybody is told.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "messages/function_ids.h"
+#include "messages/message_layout.h"
+
+namespace ventrik::bench {
+
+using Block = std::vector<std::uint8_t>;  // one whole message
+using TimePoint = std::chrono::steady_clock::time_point;
+using Milliseconds = std::chrono::milliseconds;
+
+// What an answer takes, as from a real engine. In a batch file it is also the time in which the
+// line behind a request, a `waitresp`, gets to be read before the response comes.
+inline constexpr Milliseconds kAnswerTime{20};
+
+// The most that a tester receives in one message. An answer that would be longer, because it
+// repeats a long request, goes without what it repeats.
+inline constexpr std::size_t kMaxAnswer = 511'999;  // bytes
+
+// Words that mean yes or no, valid or invalid, on or off.
+inline constexpr std::int32_t kYes = 1;
+inline constexpr std::int32_t kNo = 2;
+constexpr std::int32_t YesOrNo(bool yes) {
+  return yes ? kYes : kNo;
+}
+
+enum class Audience {
+  requester,  // the client that sent the request; nobody, if none did
+  everyone,   // every client that has sent REQU_INIT and not REQU_SHUTDOWN since
+};
+
+struct Outgoing {
+  Audience audience;
+  Milliseconds after;  // since the request, or since the moment that had come
+  Block block;
+};
+
+// Collects them in order. Fields are named as in messages/layout_table.cpp; those left out are 0 or
+// empty. A wrong name or kind is a fault of the caller and gives a message without that field's
+// block: the tests encode every one.
+class Replies {
+ public:
+  // To the requester. The fields named in `repeated` are emptied if the message got too long.
+  void Answer(FunctionId id, MessageFields fields,
+              const std::vector<std::string_view>& repeated = {});
+
+  // To everyone.
+  void Notify(FunctionId id, MessageFields fields, Milliseconds after = kAnswerTime);
+
+  // Hands out what was collected, and forgets it.
+  std::vector<Outgoing> Take();
+
+ private:
+  std::vector<Outgoing> messages_;
+};
+
+// The value of a request's field, which must exist and be of that kind.
+template <class Value>
+const Value& Get(const MessageFields& fields, std::string_view name) {
+  return std::get<Value>(*FindField(fields, name));
+}
+
+}  // namespace ventrik::bench

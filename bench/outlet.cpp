@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "bench/outlet.h"
+
+#include <utility>
+
+#include "bench/damage.h"
+#include "messages/block_cursor.h"
+
+namespace ventrik::bench {
+namespace {
+
+// What is posted within this time overtakes a reordered message.
+constexpr std::chrono::milliseconds kOvertaking{100};
+
+std::int32_t NumberOf(const Block& block) {
+  return ReceivedBlock{block.data(), block.size()}.Word(0);
+}
+
+}  // namespace
+
+void Outlet::Arm(const std::vector<Fault>& faults, std::uint32_t seed) {
+  int number = 0;
+  for (const Fault& fault : faults) {
+    const std::string series = "fault " + std::to_string(++number);
+    if (StageOf(fault.kind) == FaultStage::answer) faults_.emplace_back(fault, seed, series);
+  }
+}
+
+void Outlet::Post(IpcPeer* client, Block block, std::chrono::milliseconds after) {
+  Parcel parcel{std::move(block), after};
+  ApplyFaults(parcel);
+  for (std::int32_t copy = 1; copy < parcel.copies; ++copy) {
+    sender_.Post(client, parcel.block, parcel.after);
+  }
+  if (parcel.copies > 0) sender_.Post(client, std::move(parcel.block), parcel.after);
+}
+
+void Outlet::ApplyFaults(Parcel& parcel) {
+  const std::lock_guard<std::mutex> hold(lock_);
+  const auto sinceStart = std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::steady_clock::now() - start_);
+  const std::int32_t number = NumberOf(parcel.block);  // as it was before the first fault
+  for (ArmedFault& fault : faults_) {
+    if (fault.Strikes(number, sinceStart)) Commit(fault, parcel);
+  }
+}
+
+void Outlet::Commit(ArmedFault& fault, Parcel& parcel) {
+  switch (fault.fault().kind) {
+    case FaultKind::drop:
+      parcel.copies = 0;
+      break;
+    case FaultKind::late:
+      parcel.after += fault.fault().duration;
+      break;
+    case FaultKind::duplicate:
+      parcel.copies *= 2;
+      break;
+    case FaultKind::reorder:
+      parcel.after += kOvertaking;
+      break;
+    case FaultKind::flood:
+      if (parcel.copies > 0) parcel.copies += fault.fault().copies;
+      break;
+    case FaultKind::oversize:
+      parcel.block = Oversized(std::move(parcel.block));
+      break;
+    case FaultKind::unknown:
+      parcel.block = WithUnknownNumber(std::move(parcel.block));
+      break;
+    case FaultKind::truncate:
+      parcel.block = Truncated(std::move(parcel.block), fault.random());
+      break;
+    case FaultKind::lie:
+      parcel.block = WithALie(std::move(parcel.block), fault.random());
+      break;
+    case FaultKind::endless:
+      parcel.block = WithoutAnEnd(std::move(parcel.block));
+      break;
+    default:  // strikes at another stage
+      break;
+  }
+}
+
+std::string Outlet::FaultsDone() const {
+  const std::lock_guard<std::mutex> hold(lock_);
+  return DescribeFaultsDone(faults_);
+}
+
+}  // namespace ventrik::bench
