@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "command/command_table.h"
 
+#include <vector>
+
 #include "command/parser.h"
 
 namespace ventrik {
 namespace {
+
+std::vector<CommandRows> connectedRows;
 
 // No keyword begins with "x", "y" or "z".
 bool CanBeginACommand(wchar_t letter) {
@@ -23,10 +27,19 @@ bool RunFirstMatch(const CommandRows& rows, ClientApp& app, CommandLine& line) {
 
 }  // namespace
 
+void ConnectCommands(CommandRows rows) {
+  connectedRows.push_back(rows);
+}
+
 bool RunFromCommandTable(ClientApp& app, CommandLine& line) {
   if (line.name.empty() || !CanBeginACommand(line.name[0])) return false;
-  return RunFirstMatch(LocalCommands(), app, line) || RunFirstMatch(ListCommands(), app, line) ||
-         RunFirstMatch(NavigationCommands(), app, line);
+  if (RunFirstMatch(LocalCommands(), app, line)) return true;
+  if (RunFirstMatch(ListCommands(), app, line)) return true;
+  if (RunFirstMatch(NavigationCommands(), app, line)) return true;
+  for (const CommandRows& rows : connectedRows) {
+    if (RunFirstMatch(rows, app, line)) return true;
+  }
+  return false;
 }
 
 }  // namespace ventrik

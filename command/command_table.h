@@ -23,6 +23,9 @@ CommandRows LocalCommands();       // acts inside the tester: command/local_comm
 CommandRows ListCommands();        // builds up the named lists: command/list_commands.cpp
 CommandRows NavigationCommands();  // sends a request: command/navigation_commands.cpp
 
+// Adds the rows of a room above this one. Before the first line is run.
+void ConnectCommands(CommandRows rows);
+
 // Runs the command that the parsed line names. Returns false if there is none of that name with
 // that number of parameters; a wrong number has then been reported. Expects commandLock held,
 // except on the log replay's thread.

@@ -31,6 +31,8 @@ void CountRepeatedList(ClientApp& app, const std::wstring& inputEis) {
 
 }  // namespace
 
+void (*breakStall)(ClientApp& app) = nullptr;
+
 void RunDet(ClientApp& app, CommandLine& line) {
   const SStringArray* fields = FindList(app.stringArrayLists, ParamNarrow(line.parameters[1]));
   if (fields == nullptr) {
@@ -60,6 +62,7 @@ void RunLang(ClientApp&, CommandLine& line) {
 void RunList(ClientApp& app, CommandLine& line) {
   auto& parameters = line.parameters;
   CountRepeatedList(app, Utf8ToWide(ParamUtf8(parameters[0])));
+  if (breakStall != nullptr) breakStall(app);
   // Before the request goes out, so that the response can't arrive first.
   waitResponseId = RESP_GET_LIST;
   send::REQU_GET_LIST(ParamUtf8(parameters[0]), ParamInt(parameters[1]), ParamInt(parameters[2]),

@@ -22,6 +22,10 @@ void RunInit(ClientApp& app, CommandLine& line);
 // Sends the language even if it is unknown, and complains afterwards.
 void RunLang(ClientApp& app, CommandLine& line);
 
+// Called by `list` once its repetitions are counted, for who breaks a search that stands still.
+// Connected before the first line is run; null while nobody does.
+extern void (*breakStall)(ClientApp& app);
+
 // Asks for a page of a list; the next line is fetched when the response has come.
 void RunList(ClientApp& app, CommandLine& line);
 

@@ -127,6 +127,8 @@ void ActOn(ResponsePrinter& printer, const ReceivedBlock& block, std::string& te
 
 }  // namespace
 
+void (*followMessage)(ClientApp& app, const ReceivedBlock& block) = nullptr;
+
 std::string MessageText(const ReceivedBlock& block) {
   std::string text;
   const std::int32_t functionId = block.Word(0);
@@ -160,6 +162,7 @@ void HandleServerMessage(ClientApp& app, ResponsePrinter& printer, const void* m
   std::string text = MessageText(block);
   text += assigned;
   ActOn(printer, block, text, whole);
+  if (followMessage != nullptr) followMessage(app, block);
   QueueResponseText(printer, text);
 }
 

@@ -21,6 +21,10 @@ struct ResponsePrinter;
 void HandleServerMessage(ClientApp& app, ResponsePrinter& printer, const void* message,
                          std::size_t size);
 
+// Called with each message that is not filtered, before its text is shown. Connected before the
+// listener starts; null while nobody follows.
+extern void (*followMessage)(ClientApp& app, const ReceivedBlock& block);
+
 // The text of one block, without any effect. Pure.
 std::string MessageText(const ReceivedBlock& block);
 

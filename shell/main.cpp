@@ -3,6 +3,7 @@
 #include <clocale>
 
 #include "console/logger_posix.h"
+#include "shell/wiring.h"
 #include "state/client_app.h"
 #include "state/process_state.h"
 
@@ -11,6 +12,7 @@ int main() {
   std::setlocale(LC_CTYPE, "C.UTF-8");
   // Never destroyed: what ends after main still prints through it.
   ventrik::logger = new ventrik::Logger_posix;
+  ventrik::ConnectRooms();
   ventrik::ClientApp::Instance().Run();
   return 0;
 }

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "monkey/monkey.h"
+
+namespace ventrik {
+
+// Never destroyed: threads may still follow answers when the process ends.
+Monkey& Monkey::Instance() {
+  static Monkey* const monkey = new Monkey;
+  return *monkey;
+}
+
+}  // namespace ventrik

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "shell/wiring.h"
+
+#include "command/command_table.h"
+#include "command/navigation_sequences.h"
+#include "messages/dispatch.h"
+#include "monkey/driver.h"
+
+namespace ventrik {
+
+void ConnectRooms() {
+  ConnectCommands(MonkeyCommands());
+  breakStall = BreakStall;        // a `list` that is repeated while the monkey runs
+  followMessage = FollowMessage;  // the answers that steer the monkey
+}
+
+}  // namespace ventrik
