@@ -154,7 +154,8 @@ std::vector<std::string> Engine::Remarks() const {
   const std::string requests = requestFaults_.FaultsDone();
   const std::string answers = outlet_.FaultsDone();
   const char* separator = requests.empty() || answers.empty() ? "" : ", ";
-  if (!options_.faults.empty()) remarks.push_back("faults: " + requests + separator + answers);
+  const std::string done = requests + separator + answers;
+  if (!options_.faults.empty()) remarks.push_back("faults: " + (done.empty() ? "none" : done));
   return remarks;
 }
 
@@ -221,7 +222,8 @@ void Engine::Handle(IpcMessage* message, const platform::CancellationDisabled& d
     Report("process %u sends without having connected", process);
     return;
   }
-  sender_.Heard(client);
+  // Only a new session says that a client which took nothing listens now.
+  if (request.size >= kWordSize && request.Word(0) == REQU_INIT) sender_.Heard(client);
   if (request.size >= kWordSize) Answer(client, request);
 }
 
@@ -235,6 +237,10 @@ std::optional<Block> Engine::Read(IpcMessage* message,
     Report("a message of %u bytes from process %u was refused", length, process);
     return std::nullopt;
   }
+  // The faults may have taken the beginning. ipc_read counts it in all the same, as the answer to
+  // the sender must, and leaves as much room at the end.
+  const Block& head = requestFaults_.takenAhead();
+  message->offset += head.size();
   Block block(std::size_t{length} + 1);
   int count = 0;
   {
@@ -248,7 +254,8 @@ std::optional<Block> Engine::Read(IpcMessage* message,
     Report("a message from process %u has no end and was dropped", process);
     return std::nullopt;
   }
-  block.resize(length);
+  block.resize(length - head.size());
+  block.insert(block.begin(), head.begin(), head.end());
   return block;
 }
 
@@ -261,7 +268,10 @@ void Engine::Answer(IpcPeer* client, ReceivedBlock request) {
   }
   const bool isKnown = !options_.blank && Model::Handles(request.Word(0));
   if (!isKnown && !handled.isRuled) unanswered_.Count(request.Word(0));
-  if (request.Word(0) == REQU_SHUTDOWN && options_.exitOnShutdown) EndSoon();
+  if (request.Word(0) == REQU_SHUTDOWN && options_.exitOnShutdown &&
+      !std::exchange(ending_, true)) {
+    EndSoon();
+  }
   if (request.Word(0) == REQU_INIT && options_.heartbeat.count() > 0) {
     sender_.Repeat(client, HeartbeatBlock(), kAnswerTime + options_.heartbeat, options_.heartbeat);
   }

@@ -104,6 +104,7 @@ class Engine {
   Unanswered unanswered_;
   Recorder recorder_;
   RequestFaults requestFaults_;
+  bool ending_ = false;          // a REQU_SHUTDOWN has set the alarm clock
   bool clientsChanged_ = false;  // since the last pruning
   std::uint64_t connected_ = 0;  // handshakes
 };

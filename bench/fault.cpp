@@ -38,6 +38,7 @@ constexpr KindRow kKinds[] = {
 
 constexpr double kMostSeconds = 86'400;
 constexpr std::int32_t kMostCopies = 100'000;
+constexpr std::size_t kMostMessages = 1000;  // a client may send any number
 
 const KindRow* FindKind(std::string_view name) {
   const auto* found = std::find_if(std::begin(kKinds), std::end(kKinds),
@@ -166,13 +167,20 @@ std::optional<Fault> ParseFault(std::string_view text, std::string& error) {
   return fault;
 }
 
+Random& ArmedFault::ChanceFor(std::optional<std::int32_t> message) {
+  const bool isTold = message && (byMessage_.size() < kMostMessages || byMessage_.count(*message));
+  if (!isTold) return random_;
+  const std::string series = series_ + " on " + std::to_string(*message);
+  return byMessage_.try_emplace(*message, seed_, series).first->second;
+}
+
 bool ArmedFault::Strikes(std::optional<std::int32_t> message,
                          std::chrono::milliseconds sinceStart) {
   if (fault_.message && message && *fault_.message != *message) return false;
   if (sinceStart < fault_.from || (fault_.until && sinceStart >= *fault_.until)) return false;
   if (met_++ < fault_.after) return false;
   if (fault_.times && struck_ >= *fault_.times) return false;
-  if (!random_.Happens(fault_.probability)) return false;
+  if (!ChanceFor(message).Happens(fault_.probability)) return false;
   ++struck_;
   return true;
 }

@@ -18,6 +18,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -67,13 +68,14 @@ struct Fault {
 // Reads one. On failure nothing, with the reason in `error`, as "late: seconds: 'x' is no number".
 std::optional<Fault> ParseFault(std::string_view text, std::string& error);
 
-// A fault at work: counts, and draws from a generator of its own, so that the same messages meet
-// the same faults whatever other faults there are. One thread at a time.
+// A fault at work: counts, and draws from generators of its own, one for each message number, so
+// that the same messages meet the same faults, whatever other faults there are and whatever else is
+// sent in between. One thread at a time.
 class ArmedFault {
  public:
   // `series` tells the faults of one seed apart.
   ArmedFault(const Fault& fault, std::uint32_t seed, std::string_view series)
-      : fault_(fault), random_(seed, series) {}
+      : fault_(fault), seed_(seed), series_(series), random_(seed, series) {}
 
   const Fault& fault() const { return fault_; }
 
@@ -86,8 +88,13 @@ class ArmedFault {
   std::uint64_t struck() const { return struck_; }
 
  private:
+  Random& ChanceFor(std::optional<std::int32_t> message);
+
   Fault fault_;
-  Random random_;
+  std::uint32_t seed_;
+  std::string series_;
+  Random random_;  // for choices, handshakes, and messages beyond what is told apart
+  std::map<std::int32_t, Random> byMessage_;
   std::uint64_t met_ = 0;
   std::uint64_t struck_ = 0;
 };

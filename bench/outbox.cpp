@@ -4,11 +4,18 @@
 #include <algorithm>
 
 namespace ventrik::bench {
+namespace {
+
+std::size_t CostOf(const Block& block) {
+  return block.size() + kMessageCost;
+}
+
+}  // namespace
 
 bool Outbox::Post(IpcPeer* client, Block block, TimePoint due) {
   Lane& lane = lanes_[client];
-  if (lane.mute || lane.retired || lane.bytes + block.size() > kMaxWaitingBytes) return false;
-  lane.bytes += block.size();
+  if (lane.mute || lane.retired || lane.bytes + CostOf(block) > kMaxWaitingBytes) return false;
+  lane.bytes += CostOf(block);
   lane.waiting.emplace(std::make_pair(due, ++posted_), std::move(block));
   return true;
 }

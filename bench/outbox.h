@@ -21,7 +21,9 @@
 namespace ventrik::bench {
 
 // What may wait for one client; a client that sends without ever receiving must not eat the memory.
+// Each message counts with its bytes and what it costs beside them.
 inline constexpr std::size_t kMaxWaitingBytes = 64u << 20;
+inline constexpr std::size_t kMessageCost = 128;  // bytes, about
 
 // Clients are told apart by their records, which are not looked into.
 class Outbox {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "bench/outlet.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "bench/damage.h"
@@ -11,6 +12,9 @@ namespace {
 
 // What is posted within this time overtakes a reordered message.
 constexpr std::chrono::milliseconds kOvertaking{100};
+
+// What all faults together make of one message, at most.
+constexpr std::int32_t kMostCopies = 200'000;
 
 std::int32_t NumberOf(const Block& block) {
   return ReceivedBlock{block.data(), block.size()}.Word(0);
@@ -54,13 +58,15 @@ void Outlet::Commit(ArmedFault& fault, Parcel& parcel) {
       parcel.after += fault.fault().duration;
       break;
     case FaultKind::duplicate:
-      parcel.copies *= 2;
+      parcel.copies = std::min(2 * parcel.copies, kMostCopies);
       break;
     case FaultKind::reorder:
       parcel.after += kOvertaking;
       break;
     case FaultKind::flood:
-      if (parcel.copies > 0) parcel.copies += fault.fault().copies;
+      if (parcel.copies > 0) {
+        parcel.copies = std::min(parcel.copies + fault.fault().copies, kMostCopies);
+      }
       break;
     case FaultKind::oversize:
       parcel.block = Oversized(std::move(parcel.block));

@@ -4,21 +4,29 @@
 #include <cerrno>
 #include <cstdint>
 #include <thread>
+#include <utility>
 
 #include "messages/block_cursor.h"
+#include "messages/message_buffer.h"
 
 namespace ventrik::bench {
 namespace {
 
-constexpr std::size_t kMostUnanswered = 100;  // a client that goes on must not eat the memory
+constexpr std::size_t kMostUnanswered = 100;      // a client that goes on must not eat the memory
+constexpr std::chrono::seconds kLongestWait{20};  // more than any tester's 15
 constexpr int kRefused = ECONNREFUSED;
 
-// The message's number, looked at without taking anything.
-std::int32_t PeekNumber(const IpcMessage& message) {
-  std::uint8_t bytes[4] = {};
-  if (message.receiveId == -1 || message.remaining < sizeof bytes) return -1;
-  MsgRead(message.receiveId, bytes, sizeof bytes, message.offset);
-  return ReceivedBlock{bytes, sizeof bytes}.Word(0);
+// The message's first word; nothing if it has none. Waits for it, open to cancellation.
+Block TakeNumber(const IpcMessage& message, const platform::CancellationDisabled& disabled) {
+  if (message.receiveId == -1 || message.remaining < kWordSize) return {};
+  Block bytes(kWordSize);
+  const platform::CancellationAllowed allowed(disabled);
+  MsgRead(message.receiveId, bytes.data(), bytes.size(), message.offset);
+  return bytes;
+}
+
+std::int32_t NumberOf(const Block& bytes) {
+  return bytes.empty() ? -1 : ReceivedBlock{bytes.data(), bytes.size()}.Word(0);
 }
 
 // Answers with one byte less than there was, so that its sender takes it for a failure.
@@ -58,8 +66,21 @@ int RequestFaults::Handshake(std::chrono::milliseconds sinceStart) {
 RequestFaults::Fate RequestFaults::Request(IpcMessage* message,
                                            std::chrono::milliseconds sinceStart,
                                            const platform::CancellationDisabled& disabled) {
+  // What is not let go is kept, also when the thread is cancelled.
+  struct InHand {
+    RequestFaults& faults;
+    IpcMessage* message;
+    std::chrono::milliseconds since;
+    ~InHand() {
+      if (message != nullptr) faults.Keep(message, since);
+    }
+  };
+  takenAhead_.clear();
   if (faults_.empty()) return Fate::read;
-  const std::int32_t number = PeekNumber(*message);
+  GiveUpOld(sinceStart);
+  InHand inHand{*this, message, sinceStart};
+  takenAhead_ = TakeNumber(*message, disabled);
+  const std::int32_t number = NumberOf(takenAhead_);
   for (ArmedFault& fault : faults_) {
     const Fault& what = fault.fault();
     if (StageOf(what.kind) != FaultStage::request) continue;
@@ -71,30 +92,35 @@ RequestFaults::Fate RequestFaults::Request(IpcMessage* message,
         break;
       }
       case FaultKind::miscount:
-        Miscount(message);
+        Miscount(std::exchange(inHand.message, nullptr));
         return Fate::gone;
       case FaultKind::die:
-        Keep(message);
         deadFor_ = what.duration;
         return Fate::die;
       default:
-        Keep(message);
         return Fate::gone;
     }
   }
+  inHand.message = nullptr;
   return Fate::read;
 }
 
-void RequestFaults::Keep(IpcMessage* message) {
-  unanswered_.push_back(message);
-  if (unanswered_.size() <= kMostUnanswered) return;
-  ipc_finish(unanswered_.front(), EIO);
+void RequestFaults::Keep(IpcMessage* message, std::chrono::milliseconds since) {
+  unanswered_.push_back({message, since});
+  if (unanswered_.size() > kMostUnanswered) GiveUpOldest();
+}
+
+void RequestFaults::GiveUpOld(std::chrono::milliseconds now) {
+  while (!unanswered_.empty() && now - unanswered_.front().since > kLongestWait) GiveUpOldest();
+}
+
+void RequestFaults::GiveUpOldest() {
+  ipc_finish(unanswered_.front().message, EIO);
   unanswered_.pop_front();
 }
 
 void RequestFaults::GiveBack() {
-  for (IpcMessage* message : unanswered_) ipc_finish(message, EIO);
-  unanswered_.clear();
+  while (!unanswered_.empty()) GiveUpOldest();
 }
 
 std::string RequestFaults::FaultsDone() const {

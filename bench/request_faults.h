@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "bench/fault.h"
+#include "bench/model/replies.h"
 #include "ipc/ipc.h"
 #include "platform/cancellation.h"
 
@@ -32,10 +33,15 @@ class RequestFaults {
   // What to do with a message that has come in and is not read yet.
   enum class Fate { read, gone, die };
 
-  // Lets the faults strike: `gone` when the message is no longer the caller's, `die` when it is to
-  // end all connections for `deadFor()` and the message is gone. May wait, open to cancellation.
+  // Lets the faults strike: `read` when the caller is to read on behind `takenAhead()`, `gone` when
+  // the message is no longer the caller's, `die` when it is to end all connections for `deadFor()`
+  // and the message is gone. May wait, open to cancellation.
   Fate Request(IpcMessage* message, std::chrono::milliseconds sinceStart,
                const platform::CancellationDisabled& disabled);
+
+  // What the last Request took from the front of its message to know it by: a message is read only
+  // once. Its number, or nothing.
+  const Block& takenAhead() const { return takenAhead_; }
 
   std::chrono::milliseconds deadFor() const { return deadFor_; }
 
@@ -47,10 +53,18 @@ class RequestFaults {
   std::string FaultsDone() const;
 
  private:
-  void Keep(IpcMessage* message);
+  struct Unanswered {
+    IpcMessage* message;
+    std::chrono::milliseconds since;  // the start
+  };
+
+  void Keep(IpcMessage* message, std::chrono::milliseconds since);
+  void GiveUpOld(std::chrono::milliseconds now);
+  void GiveUpOldest();
 
   std::vector<ArmedFault> faults_;
-  std::deque<IpcMessage*> unanswered_;  // oldest first
+  std::deque<Unanswered> unanswered_;  // oldest first
+  Block takenAhead_;
   std::chrono::milliseconds deadFor_{0};
 };
 

@@ -135,7 +135,7 @@ void Sender::Send(const Outbox::Task& task, const platform::CancellationDisabled
   }
   // A client that refuses one message may take the next; one that is hung or closed won't.
   if (error != ETIMEDOUT && error != ESRCH) return;
-  Report("process %u takes no messages; what is due to it is dropped until it sends again",
+  Report("process %u takes no messages; what is due to it is dropped until its next REQU_INIT",
          task.client->processId);
   const std::lock_guard<std::mutex> hold(lock_);
   outbox_.Mute(task.client, task.heard);

@@ -4,7 +4,7 @@
 // A send waits for its client, so all sending is done here; the receiving thread only posts, and a
 // client may answer while it is being answered. The thread sends one message at a time. A client
 // that doesn't take a message within 15 seconds is mute from then on: what is due to it is dropped
-// until it sends again, so that it costs the other clients that one delay only.
+// until it is heard again (a new session), so that it costs the other clients that one delay only.
 //
 // Client records are made by the receiving thread and closed by this one, after the last send.
 #pragma once

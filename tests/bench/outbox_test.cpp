@@ -187,13 +187,19 @@ TEST_F(OutboxTest, KnowsNothingOfAClosedClient) {
 }
 
 TEST_F(OutboxTest, HoldsNoMoreThanItsLimitForAClient) {
-  const std::string half(kMaxWaitingBytes / 2, 'x');
+  const std::string half(kMaxWaitingBytes / 2 - kMessageCost, 'x');
   EXPECT_TRUE(Post(a_, half));
   EXPECT_TRUE(Post(a_, half));
   EXPECT_FALSE(Post(a_, "x"));
   EXPECT_TRUE(Post(b_, "x"));
   outbox_.TakeDue(now_);
   EXPECT_TRUE(Post(a_, "x"));
+}
+
+TEST_F(OutboxTest, EmptyMessagesHaveTheirLimitToo) {
+  std::size_t posted = 0;
+  while (posted <= kMaxWaitingBytes / kMessageCost && Post(a_, "")) ++posted;
+  EXPECT_EQ(posted, kMaxWaitingBytes / kMessageCost);
 }
 
 TEST_F(OutboxTest, ClearTellsWhatIsStillToBeClosed) {
