@@ -2,7 +2,6 @@
 #include "monkey/driver.h"
 
 #include <pthread.h>
-#include <unistd.h>
 
 #include <array>
 #include <cstdlib>
@@ -13,6 +12,7 @@
 
 #include "command/executor.h"
 #include "command/parameters.h"
+#include "console/press_c.h"
 #include "console/utf8.h"
 #include "messages/milli_clock.h"
 #include "monkey/command_generation.h"
@@ -34,7 +34,6 @@ constexpr std::uint32_t kStartReleased = 1'200'000;  // milliseconds after the s
 constexpr int kLeastResetInterval = 900'000;         // milliseconds
 constexpr int kResetIntervals = 1'800'001;           // possible ones
 constexpr std::int32_t kMostRepeats = 20;            // of one list
-constexpr unsigned kNoInputPause = 50'000;           // microseconds
 
 // One monkey at a time: a new thread waits until the one that was cancelled is gone.
 std::mutex monkeyTurn;
@@ -177,14 +176,6 @@ constexpr CommandRow kMonkeyCommands[] = {
     {L"stopmonkey", 0, RunStopmonkey},
 };
 
-// Reads standard input up to a "c"; at its end there is nobody to type one, so it waits on.
-void WaitForC() {
-  char typed = '\0';
-  while (typed != 'c') {
-    if (read(STDIN_FILENO, &typed, 1) != 1) usleep(kNoInputPause);
-  }
-}
-
 }  // namespace
 
 CommandRows MonkeyCommands() {
@@ -208,8 +199,7 @@ void FollowMessage(ClientApp& app, const ReceivedBlock& block) {
 void BreakStall(ClientApp& app) {
   Monkey& monkey = Monkey::Instance();
   if (!monkey.monkeyRunning || app.listRepeatCount <= kMostRepeats) return;
-  logger->print(L"Press the \"c\" key to continue");
-  WaitForC();
+  AskForC();
   app.listRepeatCount = 1;
   monkey.search.With([](MonkeySearch& search) {
     search.spellTerm.clear();

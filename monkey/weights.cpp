@@ -63,7 +63,7 @@ std::wstring PickCommand(Monkey& monkey) {
     const std::int32_t total =
         monkey.weights.With([](const MonkeyWeights& weights) { return weights.weightTotal; });
     const int drawn = DrawBelow(total);
-    const std::wstring name = monkey.weights.With([&](const MonkeyWeights& weights) {
+    std::wstring name = monkey.weights.With([&](const MonkeyWeights& weights) {
       std::wstring picked = NameAt(weights, drawn);
       blocked = IsCommandBlocked(weights, picked);
       round = weights.commandRecords.size();

@@ -56,8 +56,12 @@ int RecordedConsole::print(const wchar_t* format, ...) {
   return static_cast<int>(texts_.back().size());
 }
 
-int RecordedConsole::printTo(std::FILE*, const wchar_t*, ...) {
-  return -1;
+int RecordedConsole::printTo(std::FILE* stream, const wchar_t* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const int count = std::vfwprintf(stream, format, arguments);
+  va_end(arguments);
+  return count;
 }
 
 std::vector<std::wstring> RecordedConsole::TakeTexts() {

@@ -21,6 +21,7 @@ class RecordedConsole : public Logger {
   RecordedConsole& operator=(const RecordedConsole&) = delete;
 
   int print(const wchar_t* format, ...) override;
+  // A stream is the test's own: it is written, not kept.
   int printTo(std::FILE* stream, const wchar_t* format, ...) override;
 
   // Called with each text before it is kept, by the thread that prints it. Set it while no other

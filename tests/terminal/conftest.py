@@ -56,8 +56,13 @@ class Place:
         assert "serving" in engine.stdout.readline()
         return engine
 
-    def tester(self, columns=80, **environment):
-        return Tester(self, columns, environment)
+    def program(self, name):
+        """One of the programs, or of those that are built with the tests beside them."""
+        built = self.programs / name
+        return built if built.exists() else self.programs.parent / "tests" / name
+
+    def tester(self, columns=80, program="ventrik", **environment):
+        return Tester(self, columns, program, environment)
 
     def sockets_left(self):
         return [entry.name for entry in self.sockets.rglob("*") if entry.name != "ventrik"]
@@ -96,13 +101,13 @@ class Stream(pyte.Stream):
 class Tester:
     """ventrik in a pseudo-terminal, seen as a person sees it."""
 
-    def __init__(self, place, columns, environment):
+    def __init__(self, place, columns, program, environment):
         self.screen = Screen(columns, 24, history=5000)
         self.stream = Stream(self.screen)
         self.raw = ""
         self.unread = ""  # the beginning of an escape sequence
         self.child = pexpect.spawn(
-            str(place.programs / "ventrik"),
+            str(place.program(program)),
             env=place.environment(**environment),
             cwd=str(place.work),
             dimensions=(24, columns),

@@ -13,7 +13,8 @@ from batch_play import COLOUR, play, play_text, recorded
 from conftest import PATIENCE
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-EXAMPLES = sorted(p for p in (ROOT / "examples").glob("*.txt") if p.name != "qhistory.txt")
+NO_BATCH_FILES = {"qhistory.txt", "monkey_config.txt", "monkeylog.txt"}
+EXAMPLES = sorted(p for p in (ROOT / "examples").glob("*.txt") if p.name not in NO_BATCH_FILES)
 
 GREEN, YELLOW, GREY = "\033[1;32m", "\033[1;33m", "\033[0;37m"
 PASSAU = "<GEOS>Bayern<*><CTY>Passau<*>"
