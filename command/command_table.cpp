@@ -17,7 +17,7 @@ bool CanBeginACommand(wchar_t letter) {
 
 bool RunFirstMatch(const CommandRows& rows, ClientApp& app, CommandLine& line) {
   for (const CommandRow* row = rows.begin; row != rows.end; ++row) {
-    if (row->keyword[0] != line.name[0]) continue;
+    if (row->keyword[0] != line.name[0] || line.parameterCount < row->leastCount) continue;
     if (!MatchCommand(line, row->keyword, row->expectedCount)) continue;
     row->run(app, line);
     return true;

@@ -12,6 +12,8 @@ struct CommandRow {
   const wchar_t* keyword;
   std::uint32_t expectedCount;  // 0 accepts any number of parameters
   void (*run)(ClientApp& app, CommandLine& line);
+  // With fewer parameters the row doesn't match, and no wrong number is reported.
+  std::uint32_t leastCount = 0;
 };
 
 struct CommandRows {

@@ -5,11 +5,13 @@
 #include "command/navigation_sequences.h"
 #include "messages/dispatch.h"
 #include "monkey/driver.h"
+#include "replay/replay_commands.h"
 
 namespace ventrik {
 
 void ConnectRooms() {
   ConnectCommands(MonkeyCommands());
+  ConnectCommands(ReplayCommands());
   breakStall = BreakStall;        // a `list` that is repeated while the monkey runs
   followMessage = FollowMessage;  // the answers that steer the monkey
 }

@@ -17,9 +17,11 @@ Flag autoScroll = 0;
 Flag overwriteMode = 0;
 Flag stopBatchlog = 0;
 Flag packagePhase = 0;
+Flag livePhase = 0;
 
 volatile std::int32_t waitResponseId = 0;
 volatile std::uint32_t waitMilliseconds = 0;
+volatile std::uint32_t packageResume = 0;
 std::int32_t consoleColumns = 80;
 
 std::recursive_mutex commandLock;

@@ -35,6 +35,7 @@ extern Flag autoScroll;        // 0; toggled by the key 5, read by the keys 2, 4
 extern Flag overwriteMode;     // 0; toggled by the key Insert, read by the line editor
 extern Flag stopBatchlog;      // 0; `stopbatchlog` sets it, the log replay reads and clears it
 extern Flag packagePhase;      // 0; the log replay sets it, the listener clears it
+extern Flag livePhase;         // 0; the log replay plays the recording proper
 
 // The FunctionId that holds back the main loop's next line, 0 for none. Written by `waitresp` and
 // `list`, cleared by the listener when a message of that number arrives.
@@ -42,6 +43,9 @@ extern volatile std::int32_t waitResponseId;
 
 // What is left of a `wait`, in milliseconds; the main loop takes 50 off at each tick.
 extern volatile std::uint32_t waitMilliseconds;
+
+// Where in its file a log replay goes on once the engine has loaded the package.
+extern volatile std::uint32_t packageResume;
 
 // The console's width in characters, 80 unless COLUMNS says otherwise. Set once, at start-up.
 extern std::int32_t consoleColumns;
