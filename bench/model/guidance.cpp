@@ -257,15 +257,15 @@ bool IsGiven(const Position& position) {
 
 void SwitchDemoOn(EngineState& state, const Position& position, TimePoint now, Replies& out) {
   GuidanceState& guidance = state.guidance;
-  guidance.demo = true;
+  const bool wasOn = std::exchange(guidance.demo, true);
   if (IsGiven(position)) MoveVehicle(state, {position, 0, state.vehicle.heading}, out);
   const TripRoute* route = ActiveRoute(state);
   if (route == nullptr) return;
   const Position expected = PositionAt(*route->shape, guidance.progress);
   if (DistanceMetres(expected, state.vehicle.position) > kOffRoute) {
     Reroute(state, now);
-  } else {
-    SetPace(guidance, *route, now);
+  } else if (!wasOn) {
+    SetPace(guidance, *route, now);  // once: a drive that goes on keeps its pace
   }
 }
 

@@ -62,6 +62,7 @@ class Person:
 @pytest.fixture(scope="module")
 def session(request):
     place = Place(request.config.getoption("--programs"))
+    request.addfinalizer(place.close)
     shutil.copy(EXAMPLE, place.work)
     log = ["--log", "log.json", "--log-format", "json", "--record", "recording"]
     engine = place.engine(*log, "--picture-dir", ".")
@@ -73,12 +74,9 @@ def session(request):
     hurried.process.send_signal(signal.SIGTERM)
     assert hurried.process.wait(timeout=PATIENCE) == 0
     engine.send_signal(signal.SIGTERM)
-    summary = engine.communicate(timeout=PATIENCE)[0]
-    assert engine.returncode == 0
+    assert engine.wait(timeout=PATIENCE) == 0
     assert place.sockets_left() == []
-    yield Session(place, hurried, summary)
-    place.started.remove(engine)
-    place.close()
+    return Session(place, hurried, engine.stdout.read())
 
 
 def test_weights_of_the_example_are_in_balance():

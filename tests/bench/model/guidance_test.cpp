@@ -301,6 +301,18 @@ TEST_F(GuidanceTest, DemoModeCanComeAfterTheStartAndGo) {
   EXPECT_EQ(ReachedIn(Pass(kLongestDrive)).size(), 1u);
 }
 
+// A random tester says it again and again.
+TEST_F(GuidanceTest, DemoModeSaidAgainDoesNotSlowTheDriveDown) {
+  DemoOn(0, 0);
+  Start(Calculated({kPassau}));
+  std::size_t reached = 0;
+  for (int second = 0; second < 20; ++second) {
+    DemoOn(0, 0);
+    reached += ReachedIn(Pass(Milliseconds{1000})).size();
+  }
+  EXPECT_EQ(reached, 1u);
+}
+
 TEST_F(GuidanceTest, AJumpWhileGuidingGoesOnFromThere) {
   DemoOn(0, 0);
   Start(Calculated({kPotsdam, kPassau}));
