@@ -34,7 +34,7 @@ void Replies::Answer(FunctionId id, MessageFields fields,
   messages_.push_back({Audience::requester, kAnswerTime, std::move(block)});
 }
 
-void Replies::Notify(FunctionId id, MessageFields fields, Milliseconds after) {
+void Replies::Notify(FunctionId id, const MessageFields& fields, Milliseconds after) {
   messages_.push_back({Audience::everyone, after, Encode(id, fields)});
 }
 

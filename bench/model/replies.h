@@ -53,7 +53,7 @@ class Replies {
               const std::vector<std::string_view>& repeated = {});
 
   // To everyone.
-  void Notify(FunctionId id, MessageFields fields, Milliseconds after = kAnswerTime);
+  void Notify(FunctionId id, const MessageFields& fields, Milliseconds after = kAnswerTime);
 
   // Hands out what was collected, and forgets it.
   std::vector<Outgoing> Take();
