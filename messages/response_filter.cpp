@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "messages/response_filter.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "console/utf8.h"
+#include "console/whole_file.h"
 #include "messages/function_ids.h"
-#include "platform/cancellation.h"
 #include "state/logger.h"
 #include "state/process_state.h"
 
@@ -41,21 +37,6 @@ std::wstring Decoded(std::string_view bytes) {
   return text;
 }
 
-// The whole file, decoded as all text is; none if it can't be opened. A pipe isn't waited for.
-std::optional<std::wstring> ReadFilterFile() {
-  const platform::CancellationDisabled whole;
-  const int descriptor = open(kFilterFile, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  if (descriptor == -1) return std::nullopt;
-  std::string bytes;
-  std::array<char, 4096> part = {};
-  ssize_t count = 0;
-  while ((count = read(descriptor, part.data(), part.size())) > 0) {
-    bytes.append(part.data(), static_cast<std::size_t>(count));
-  }
-  close(descriptor);
-  return Decoded(bytes);
-}
-
 }  // namespace
 
 std::vector<std::int32_t> ParseResponseFilter(std::wstring_view text) {
@@ -70,8 +51,8 @@ std::vector<std::int32_t> ParseResponseFilter(std::wstring_view text) {
 
 void LoadResponseFilter(ClientApp& app) {
   app.responseFilter.Store({});
-  const std::optional<std::wstring> text = ReadFilterFile();
-  if (text) app.responseFilter.Store(ParseResponseFilter(*text));
+  const std::optional<std::string> file = ReadWholeFile(kFilterFile);
+  if (file) app.responseFilter.Store(ParseResponseFilter(Decoded(*file)));
 }
 
 void SetResponseFilter(ClientApp& app, std::int32_t mode) {

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "monkey/monkey_files.h"
+#include "console/whole_file.h"
 #include "state/logger.h"
 #include "state/process_state.h"
 

@@ -2,13 +2,12 @@
 #include "monkey/monkey_config.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 
+#include "console/whole_file.h"
 #include "monkey/monkey_files.h"
 #include "state/logger.h"
 #include "state/saturation.h"

@@ -1,17 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-// The files that the monkey reads and writes in the working directory. Monkey's thread, which is
+// The log of generated lines, "monkeylog.txt" in the working directory. Monkey's thread, which is
 // not cancelled in here.
 #pragma once
 
-#include <optional>
 #include <string>
 
 namespace ventrik {
 
-// All bytes of a file; none if it can't be opened. A pipe isn't waited for.
-std::optional<std::string> ReadWholeFile(const char* path);
-
-// "monkeylog.txt", the log of generated lines.
 void EmptyMonkeyLog();
 
 // Adds a line. The file is opened and closed for it, so that it stands on disk when the engine

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "replay/extraction_files.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "console/whole_file.h"
 #include "platform/cancellation.h"
 #include "replay/batchlog.h"
 #include "replay/extraction.h"
@@ -21,30 +20,16 @@ namespace {
 
 constexpr double kOwnPace = 1.0;
 
-bool IsFolder(int descriptor) {
+bool IsFolder(const char* path) {
   struct stat status = {};
-  return fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
+  return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 // The whole file; says so if it can't be opened.
 std::optional<std::string> ReadLog(const char* path) {
-  const platform::CancellationDisabled whole;
-  const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  if (descriptor == -1 || IsFolder(descriptor)) {
-    if (descriptor != -1) close(descriptor);
-    logger->print(L"%sError: Can not open file!\n%s", ColourRed, ColourReset);
-    return std::nullopt;
-  }
-  std::string bytes;
-  struct stat status = {};
-  if (fstat(descriptor, &status) == 0) bytes.reserve(static_cast<std::size_t>(status.st_size));
-  std::string part(1u << 20, '\0');
-  ssize_t count = 0;
-  while ((count = read(descriptor, part.data(), part.size())) > 0) {
-    bytes.append(part, 0, static_cast<std::size_t>(count));
-  }
-  close(descriptor);
-  return bytes;
+  std::optional<std::string> log = IsFolder(path) ? std::nullopt : ReadWholeFile(path);
+  if (!log) logger->print(L"%sError: Can not open file!\n%s", ColourRed, ColourReset);
+  return log;
 }
 
 void WriteOutput(const char* path, std::string_view bytes) {

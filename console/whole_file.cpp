@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "console/whole_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstddef>
+
+#include "platform/cancellation.h"
+
+namespace ventrik {
+
+std::optional<std::string> ReadWholeFile(const char* path) {
+  const platform::CancellationDisabled whole;
+  const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor == -1) return std::nullopt;
+  std::string bytes;
+  struct stat status = {};
+  if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
+    bytes.reserve(static_cast<std::size_t>(status.st_size));
+  }
+  std::array<char, 65536> part;
+  ssize_t count = 0;
+  while ((count = read(descriptor, part.data(), part.size())) > 0) {
+    bytes.append(part.data(), static_cast<std::size_t>(count));
+  }
+  close(descriptor);
+  return bytes;
+}
+
+}  // namespace ventrik
