@@ -13,6 +13,7 @@
 #include "platform/thread_start.h"
 #include "shell/command_id_names.h"
 #include "shell/configuration.h"
+#include "shell/ending.h"
 #include "shell/history.h"
 #include "shell/signals.h"
 #include "state/process_state.h"
@@ -37,12 +38,7 @@ class Lifetime {
 
   ~Lifetime() {
     SaveHistory();
-    CancelThreads();
-    // A thread that can't be got rid of keeps what it uses: then the process ends as it stands.
-    if (!platform::WaitForThreads(kThreadPatience)) {
-      StopLog(*responsePrinter);
-      _exit(0);
-    }
+    EndThreads(app);
     delete std::exchange(responsePrinter, nullptr);
     delete std::exchange(communicationLayer, nullptr);
     app.history.clear();
@@ -55,17 +51,20 @@ class Lifetime {
   Lifetime& operator=(const Lifetime&) = delete;
 
   ClientApp app;
-
- private:
-  // The replay too, although it would end with the process: it sends through what is freed here.
-  void CancelThreads() {
-    for (const pthread_t thread : {app.listenerThread, app.monkeyThread, app.batchlogThread}) {
-      if (thread != 0) pthread_cancel(thread);
-    }
-  }
 };
 
 }  // namespace
+
+void EndThreads(ClientApp& app) {
+  // The replay too, although it would end with the process: it sends through what is freed then.
+  for (const pthread_t thread : {app.listenerThread, app.monkeyThread, app.batchlogThread}) {
+    if (thread != 0) pthread_cancel(thread);
+  }
+  if (platform::WaitForThreads(kThreadPatience)) return;
+  SaveHistory();
+  StopLog(*responsePrinter);
+  _exit(0);
+}
 
 ClientApp& ClientApp::Instance() {
   static Lifetime lifetime;

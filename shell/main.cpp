@@ -3,6 +3,7 @@
 #include <clocale>
 
 #include "console/logger_posix.h"
+#include "platform/graphics.h"
 #include "shell/wiring.h"
 #include "state/client_app.h"
 #include "state/process_state.h"
@@ -10,6 +11,7 @@
 int main() {
   // All text on standard output is UTF-8, whatever the environment says.
   std::setlocale(LC_CTYPE, "C.UTF-8");
+  platform::PrepareGraphics();
   // Never destroyed: what ends after main still prints through it.
   ventrik::logger = new ventrik::Logger_posix;
   ventrik::ConnectRooms();

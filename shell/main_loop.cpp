@@ -10,6 +10,7 @@
 #include "command/batch_files.h"
 #include "command/executor.h"
 #include "command/list_store.h"
+#include "shell/ending.h"
 #include "shell/history.h"
 #include "shell/keyboard.h"
 #include "shell/wait_states.h"
@@ -66,9 +67,12 @@ void ClientApp::Run() {
   }
   std::fflush(stdout);
   // A replay that is stuck in a send keeps the lists, which go with the process anyway.
-  if (!commandLock.try_lock()) return;
-  ClearAllLists(*this);
-  UnlockCommands();
+  if (commandLock.try_lock()) {
+    ClearAllLists(*this);
+    UnlockCommands();
+  }
+  // Before the process exits: what the listener draws with goes first of all then.
+  EndThreads(*this);
 }
 
 }  // namespace ventrik

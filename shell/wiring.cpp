@@ -4,7 +4,9 @@
 #include "command/command_table.h"
 #include "command/navigation_sequences.h"
 #include "messages/dispatch.h"
+#include "messages/overlay_messages.h"
 #include "monkey/driver.h"
+#include "overlay/overlay_commands.h"
 #include "replay/replay_commands.h"
 
 namespace ventrik {
@@ -12,8 +14,10 @@ namespace ventrik {
 void ConnectRooms() {
   ConnectCommands(MonkeyCommands());
   ConnectCommands(ReplayCommands());
-  breakStall = BreakStall;        // a `list` that is repeated while the monkey runs
-  followMessage = FollowMessage;  // the answers that steer the monkey
+  ConnectCommands(OverlayCommands());
+  breakStall = BreakStall;             // a `list` that is repeated while the monkey runs
+  followMessage = FollowMessage;       // the answers that steer the monkey
+  overlayRenderer = &kScreenRenderer;  // weather over the map, as the server asks for it
 }
 
 }  // namespace ventrik

@@ -9,7 +9,8 @@ usage() {
   exit 2
 }
 
-build=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev)
+build=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev
+       libegl-dev libgles-dev libgl1-mesa-dri)
 tests=(libgtest-dev clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 python3
        python3-pytest python3-pexpect python3-pyte)
 benchmarks=(libbenchmark-dev)

@@ -9,6 +9,7 @@
 
 #include "console/logger_posix.h"
 #include "monkey/pace.h"
+#include "platform/graphics.h"
 #include "shell/wiring.h"
 #include "state/client_app.h"
 #include "state/process_state.h"
@@ -31,6 +32,7 @@ int ShortSleep(unsigned microseconds) {
 int main() {
   TakeHurry();
   std::setlocale(LC_CTYPE, "C.UTF-8");
+  platform::PrepareGraphics();
   ventrik::logger = new ventrik::Logger_posix;
   ventrik::ConnectRooms();
   ventrik::pauseSource = ShortSleep;
