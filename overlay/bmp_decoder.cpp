@@ -82,9 +82,9 @@ void CBMPInfoV3Decoder::ReadHeader(int fd) {
 // The palette is what follows the header, and the data what follows the palette, whatever offset
 // the file header gives. Where the file ends before the palette does, the rest of it is black.
 bool CBMPInfoV3Decoder::ReadPalette(int fd) {
-  const std::uint64_t size = std::uint64_t{coloursUsed_} * kEntrySize;
-  // No process of the target has so much memory.
-  if (size > std::numeric_limits<std::int32_t>::max()) return false;
+  // No process of the target has more memory than that.
+  if (coloursUsed_ > std::numeric_limits<std::int32_t>::max() / kEntrySize) return false;
+  const std::size_t size = std::size_t{coloursUsed_} * kEntrySize;
   palette_.reset(static_cast<std::uint8_t*>(std::calloc(size == 0 ? 1 : size, 1)));
   if (!palette_) return false;
   if (read(fd, palette_.get(), size) < 0) return true;

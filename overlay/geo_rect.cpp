@@ -30,7 +30,7 @@ DegreeRect InDegrees(const GeoRect& rect) {
 }
 
 int IntersectRect(const GeoRect& a, const GeoRect& b, GeoRect& out) {
-  if (a.left > a.right || b.left > b.right) return 0;
+  if (a.left >= a.right || b.left >= b.right) return 0;
   if (b.left >= a.right || b.right <= a.left || b.bottom >= a.top || b.top <= a.bottom) return 0;
   out = {std::max(a.left, b.left), std::max(a.bottom, b.bottom), std::min(a.right, b.right),
          std::min(a.top, b.top)};

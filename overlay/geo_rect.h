@@ -35,8 +35,8 @@ struct DegreeRect {
 DegreeRect InDegrees(const GeoRect& rect);
 
 // Returns 1 and the part that both have in `out`, or 0 if there is none, and then leaves `out`
-// alone. Rectangles that only touch have none, and neither has one whose left is right of its
-// right.
+// alone. Rectangles that only touch have none, and neither has one without width, or whose left is
+// right of its right.
 int IntersectRect(const GeoRect& a, const GeoRect& b, GeoRect& out);
 
 }  // namespace ventrik

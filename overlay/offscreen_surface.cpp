@@ -80,7 +80,7 @@ OffscreenSurface OpenOffscreenSurface() {
   made.surface = eglCreatePbufferSurface(made.display, made.config, kSurfaceAttributes);
   if (made.surface == EGL_NO_SURFACE) FailWithError("Create surface failed: ");
   logger->print(L"pbuffer ok\n");
-  MakeCurrent(made);
+  const CurrentSurface trial(made);
   logger->print(L"make current ok\n");
   made.width = kWidth;
   made.height = kHeight;

@@ -17,8 +17,9 @@ struct OffscreenSurface {
   std::int32_t height = 0;
 };
 
-// Sets EGL up, with a surface of 640 by 480 pixels, and makes its context current on the calling
-// thread. A failure is reported on standard error and aborts. Never undone.
+// Sets EGL up, with a surface of 640 by 480 pixels, and tries whether its context can be made
+// current on the calling thread; it isn't afterwards. A failure is reported on standard error and
+// aborts. Never undone.
 OffscreenSurface OpenOffscreenSurface();
 
 // Makes the context current on the calling thread for a scope. It is current nowhere in between, so

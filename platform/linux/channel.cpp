@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/linux/channel.h"
 
+#include <poll.h>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
@@ -22,6 +23,20 @@ constexpr std::uint64_t kFirstInletKey = 2;
 constexpr std::uint32_t kGone = EPOLLRDHUP | EPOLLHUP | EPOLLERR;
 constexpr std::size_t kMostDropped = 1 << 20;  // bytes; more than a socket holds
 constexpr int kAcceptRetry = 100;  // milliseconds between tries while no descriptor is free
+
+// glibc's epoll_wait has no unwind tables on 32-bit ARM: a thread that is cancelled in it ends
+// without running the destructors on its stack, with its locks held. Its poll has them everywhere.
+#ifdef __arm__
+constexpr bool kEpollUnwinds = false;
+#else
+constexpr bool kEpollUnwinds = true;
+#endif
+
+// 1 once the descriptor is readable, 0 after `limit` milliseconds, or -1. A cancellation point.
+int WaitUntilReadable(int descriptor, int limit) {
+  pollfd readable = {descriptor, POLLIN, 0};
+  return poll(&readable, 1, limit);
+}
 
 enum class Arrival { kNothing, kStarted, kComplete, kBroken };
 
@@ -146,9 +161,11 @@ bool Channel::WaitForEvent(std::uint64_t& key, std::uint32_t& events, const Dead
   {
     Unwinding unwinding{*this};
     const CancellationAllowed open(whole);
-    count = epoll_wait(epoll_.get(), &event, 1, limit);
+    count = kEpollUnwinds ? epoll_wait(epoll_.get(), &event, 1, limit)
+                          : WaitUntilReadable(epoll_.get(), limit);
     unwinding.cancelled = false;
   }
+  if (!kEpollUnwinds && count > 0) count = epoll_wait(epoll_.get(), &event, 1, 0);
   // A signal doesn't end the wait: it has its handler's effect, or none after a stop and a
   // continue.
   if (count < 0 && errno != EINTR) return false;

@@ -164,9 +164,11 @@ TEST_F(ChannelTest, CancelledReceiverLosesNoMessage) {
       &coid);
   void* everythingAnswered = nullptr;
   bool ended = false;
-  while (!ended) {
+  // Each receiver has a little more time than the one before, or a slow machine would never let one
+  // get as far as to a message.
+  for (unsigned i = 0; !ended; ++i) {
     pthread_create(&receiving.thread, nullptr, receive, &receiving);
-    usleep(500);
+    usleep(500 + i);
     pthread_cancel(receiving.thread);
     pthread_join(receiving.thread, nullptr);
     ended = pthread_tryjoin_np(sender, &everythingAnswered) == 0;
