@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "replay/batchlog.h"
 
+#include <time.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstdio>
 #include <memory>
 
 #include "console/press_c.h"
@@ -14,8 +13,8 @@
 #include "messages/function_ids.h"
 #include "messages/milli_clock.h"
 #include "monkey/monkey.h"
-#include "platform/cancellation.h"
 #include "replay/display_line.h"
+#include "replay/log_file.h"
 #include "replay/pace.h"
 #include "replay/record_reader.h"
 #include "state/logger.h"
@@ -25,20 +24,7 @@ namespace ventrik {
 namespace {
 
 constexpr std::uint32_t kMillisecondsPerMinute = 60'000;
-constexpr unsigned kPackagePoll = 10'000;   // microseconds between looks at packagePhase
-constexpr std::uint32_t kLongestNap = 500;  // milliseconds in one usleep
-
-void CloseLog(std::FILE* file) {
-  const platform::CancellationDisabled whole;
-  std::fclose(file);
-}
-
-using LogFile = std::unique_ptr<std::FILE, void (*)(std::FILE*)>;
-
-LogFile OpenLog(const char* path) {
-  const platform::CancellationDisabled whole;
-  return LogFile(std::fopen(path, "rbe"), CloseLog);
-}
+constexpr unsigned kPackagePoll = 10'000;  // microseconds between looks at packagePhase
 
 // Texts of responses wait while a line is shown, also if the thread ends on the way.
 class OutputHolder {
@@ -49,30 +35,33 @@ class OutputHolder {
   OutputHolder& operator=(const OutputHolder&) = delete;
 };
 
+bool IsWhole(const HexField& field) {
+  return field.result == static_cast<int>(kFieldLength);
+}
+
 bool IsPackageRecord(std::int32_t id) {
   return id == CMD_STATE_PACKAGE || id == CMD_PACKAGE_PIECE || id == CMD_PACKAGE_END;
 }
 
-// A cancellation point.
+// In one piece, so that a long delay is no later than a short one. A signal cuts it short. A
+// cancellation point.
 void Sleep(std::uint32_t milliseconds) {
-  while (milliseconds > 0) {
-    const std::uint32_t nap = std::min(milliseconds, kLongestNap);
-    usleep(nap * 1000);
-    milliseconds -= nap;
-  }
+  timespec duration = {};
+  duration.tv_sec = static_cast<time_t>(milliseconds / 1000);
+  duration.tv_nsec = static_cast<long>(milliseconds % 1000) * 1'000'000;
+  nanosleep(&duration, nullptr);
 }
 
 class Replay {
  public:
-  Replay(ClientApp& app, std::FILE* file, double speed, std::int32_t pauseMinutes)
+  Replay(ClientApp& app, LogFile& file, double speed, std::int32_t pauseMinutes)
       : app_(app), file_(file), speed_(speed), pauseMinutes_(pauseMinutes) {}
 
   void Run() {
-    first_ = ReadHexField(file_).value;
-    current_ = next_ = first_;
+    ReadFirstTimestamp();
     pauseLimit_ = first_ + static_cast<std::uint32_t>(pauseMinutes_) * kMillisecondsPerMinute;
     stopBatchlog = 0;
-    while (std::feof(file_) == 0 && !stopBatchlog) {
+    while (!file_.IsAtEnd() && !stopBatchlog) {
       if (packagePhase && livePhase) {
         usleep(kPackagePoll);  // the listener clears packagePhase
       } else if (!PlayRecord() || !GoToNextRecord()) {
@@ -82,11 +71,19 @@ class Replay {
   }
 
  private:
+  HexField ReadField() { return ParseHexField(file_.Read(kFieldLength)); }
+
+  // Oddity: whatever stands there, it is taken for a timestamp.
+  void ReadFirstTimestamp() {
+    first_ = ReadField().value;
+    current_ = next_ = first_;
+  }
+
   // Each returns false at the end of the replay.
 
   bool PlayRecord() {
-    const HexField length = ReadHexField(file_);
-    if (length.result < static_cast<int>(kLogField)) {
+    const HexField length = ReadField();
+    if (!IsWhole(length)) {
       logger->print(L"GnLog to batchlog converter has missed something");
       return false;
     }
@@ -111,14 +108,14 @@ class Replay {
           length, FilePosition());
       return false;
     }
-    const int result = ReadHexBytes(file_, static_cast<std::size_t>(characters), payload_);
+    const int result = ParseHexBytes(file_.Read(static_cast<std::size_t>(characters)), payload_);
     // Oddity: compared unsigned, so that a payload with a wrong digit in it passes.
     if (static_cast<std::uint32_t>(result) < length) {
       logger->print(L"Error, can't read 2*%u bytes, file must be corrupt (at pos 0x%x)", length,
                     FilePosition());
       return false;
     }
-    position_ += 2 * kLogField;
+    position_ += 2 * kFieldLength;
     payloadPosition_ = position_;
     position_ += static_cast<std::uint32_t>(characters);
     return true;
@@ -136,7 +133,7 @@ class Replay {
     const bool package = packagePhase != 0;
     const bool live = livePhase != 0;
     if (package && live) {
-      std::fseek(file_, static_cast<long>(packageResume), SEEK_SET);
+      file_.Seek(packageResume);
     } else if (live ? !IsPackageRecord(id)
                     : package && IsPackageRecord(id) && id != CMD_PACKAGE_END) {
       Send(length);
@@ -152,12 +149,10 @@ class Replay {
   }
 
   bool GoToNextRecord() {
-    SkipLineFeed(position_);
+    SkipLineFeed();
     if (isObsolete_) SkipExtraField();
-    const HexField timestamp = ReadHexField(file_);
-    if (timestamp.result < static_cast<int>(kLogField) || std::feof(file_) != 0) {
-      return BeginLivePass();
-    }
+    const HexField timestamp = ReadField();
+    if (!IsWhole(timestamp) || file_.IsAtEnd()) return BeginLivePass();
     next_ = timestamp.value;
     Wait();
     current_ = next_;
@@ -165,29 +160,21 @@ class Replay {
     return true;
   }
 
-  // Consumes one line feed, which `position` counts; any other byte goes back.
-  void SkipLineFeed(std::uint32_t& position) {
-    const platform::CancellationDisabled whole;
-    const int byte = std::fgetc(file_);
-    if (byte == '\n') {
-      ++position;
-    } else if (byte != EOF) {
-      std::fseek(file_, -1, SEEK_CUR);
-    }
+  void SkipLineFeed() {
+    if (file_.Skip('\n')) ++position_;
   }
 
   void SkipExtraField() {
-    ReadHexField(file_);
-    position_ += kLogField;
-    SkipLineFeed(position_);
+    ReadField();
+    position_ += kFieldLength;
+    SkipLineFeed();
   }
 
   bool BeginLivePass() {
     if (packagePhase || livePhase) return false;
     livePhase = 1;
-    std::rewind(file_);
-    first_ = ReadHexField(file_).value;
-    current_ = next_ = first_;
+    file_.Seek(0);
+    ReadFirstTimestamp();
     return true;
   }
 
@@ -205,10 +192,10 @@ class Replay {
     pauseMinutes_ = 0;
   }
 
-  std::uint32_t FilePosition() const { return static_cast<std::uint32_t>(std::ftell(file_)); }
+  std::uint32_t FilePosition() const { return static_cast<std::uint32_t>(file_.Position()); }
 
   ClientApp& app_;
-  std::FILE* const file_;
+  LogFile& file_;
   const double speed_;
   std::int32_t pauseMinutes_;  // 0 once the pause has been made
   std::uint32_t first_ = 0;    // timestamps, in milliseconds
@@ -224,12 +211,12 @@ class Replay {
 }  // namespace
 
 void RunBatchlog(ClientApp& app, const char* path, double speed, std::int32_t pauseMinutes) {
-  const LogFile file = OpenLog(path);
-  if (!file) {
+  const auto file = std::make_unique<LogFile>();  // too large for the stacks of some systems
+  if (!file->Open(path)) {
     logger->print(L"%sError: Can not open file!\n%s", ColourRed, ColourReset);
     return;
   }
-  Replay(app, file.get(), speed, pauseMinutes).Run();
+  Replay(app, *file, speed, pauseMinutes).Run();
   logger->print(stopBatchlog ? L"Batchlog stopped\n" : L"Batchlog finished\n");
   packagePhase = 0;
   livePhase = 0;

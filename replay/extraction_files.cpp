@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "replay/extraction_files.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
-#include <cstdio>
-#include <optional>
-#include <string>
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
-#include "console/whole_file.h"
 #include "platform/cancellation.h"
 #include "replay/batchlog.h"
 #include "replay/extraction.h"
@@ -20,64 +21,144 @@ namespace {
 
 constexpr double kOwnPace = 1.0;
 
-bool IsFolder(const char* path) {
-  struct stat status = {};
-  return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
-}
-
-// The whole file; says so if it can't be opened.
-std::optional<std::string> ReadLog(const char* path) {
-  std::optional<std::string> log = IsFolder(path) ? std::nullopt : ReadWholeFile(path);
-  if (!log) logger->print(L"%sError: Can not open file!\n%s", ColourRed, ColourReset);
-  return log;
-}
-
-void WriteOutput(const char* path, std::string_view bytes) {
-  const platform::CancellationDisabled whole;
-  std::FILE* file = std::fopen(path, "wbe");
-  if (file == nullptr) return;
-  std::fwrite(bytes.data(), 1, bytes.size(), file);
-  std::fclose(file);
-}
-
-void PrintWarnings(const BatchChannel& channel) {
-  for (const CorruptLine& line : channel.corruptLines) {
-    logger->print(L"Warning: corrupt line at 0x%x%s\n", static_cast<unsigned>(line.position),
-                  line.kept ? "" : ", skipped");
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() {
+    const platform::CancellationDisabled whole;
+    if (number_ != -1) close(number_);
   }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int number() const { return number_; }
+
+ private:
+  const int number_;
+};
+
+// Without O_NONBLOCK a pipe that has nobody at its other end would be waited for.
+int Open(const char* path, int flags) {
+  const platform::CancellationDisabled whole;
+  return open(path, flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
 }
 
-void PrintFinished() {
+struct stat StatusOf(const char* path) {
+  struct stat status = {};
+  if (stat(path, &status) != 0) status = {};
+  return status;
+}
+
+// A log to be read. Its end is where it ended when it was opened.
+class InputLog {
+ public:
+  explicit InputLog(const char* path) : file_(Open(path, O_RDONLY)) {
+    if (file_.number() == -1 || fstat(file_.number(), &status_) != 0) status_.st_mode = S_IFDIR;
+  }
+
+  // Whether there is such a file; a folder is none.
+  bool IsOpen() const { return !S_ISDIR(status_.st_mode); }
+
+  std::uint64_t size() const { return static_cast<std::uint64_t>(status_.st_size); }
+
+  // Whether that path leads to the same file.
+  bool IsAt(const char* path) const {
+    const struct stat other = StatusOf(path);
+    return other.st_ino == status_.st_ino && other.st_dev == status_.st_dev;
+  }
+
+  // The next bytes; none as well where it can't be read.
+  std::size_t Read(char* to, std::size_t most) {
+    const platform::CancellationDisabled whole;
+    const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(most, size() - position_));
+    const ssize_t count = read(file_.number(), to, wanted);
+    if (count <= 0) return 0;
+    position_ += static_cast<std::uint64_t>(count);
+    return static_cast<std::size_t>(count);
+  }
+
+ private:
+  const Descriptor file_;
+  struct stat status_ = {};
+  std::uint64_t position_ = 0;
+};
+
+// How many bytes of a log have to be in memory at once: all if it is to be overwritten by what
+// comes out of it. None if that is more than memory can hold.
+std::size_t WindowFor(const InputLog& input, const char* output) {
+  if (!input.IsAt(output)) return RawLog::kUsualWindow;
+  constexpr std::uint64_t kMost = SIZE_MAX / 2;
+  return input.size() < kMost ? static_cast<std::size_t>(input.size()) + 1 : 0;
+}
+
+// The file that is written, or nothing where that fails.
+class OutputLog {
+ public:
+  explicit OutputLog(const char* path) : file_(Open(path, O_WRONLY | O_CREAT | O_TRUNC)) {}
+
+  void Write(std::string_view piece) const {
+    const platform::CancellationDisabled whole;
+    while (!piece.empty()) {
+      const ssize_t count = write(file_.number(), piece.data(), piece.size());
+      if (count <= 0) return;
+      piece.remove_prefix(static_cast<std::size_t>(count));
+    }
+  }
+
+ private:
+  const Descriptor file_;
+};
+
+void SayThatItCantBeOpened() {
+  logger->print(L"%sError: Can not open file!\n%s", ColourRed, ColourReset);
+}
+
+void TellOfCorruptLine(std::uint64_t position, bool keep) {
+  logger->print(L"Warning: corrupt line at 0x%x%s\n", static_cast<unsigned>(position),
+                keep ? "" : ", skipped");
+}
+
+// Has `copy` take the log apart. Returns whether it could be opened.
+template <class Copy>
+bool CopyFile(const char* path, const char* output, Copy copy) {
+  InputLog input(path);
+  if (!input.IsOpen()) return false;
+  const std::size_t window = WindowFor(input, output);
+  RawLog log([&input](char* to, std::size_t most) { return input.Read(to, most); }, window);
+  if (window == 0 || !log.HasMemory()) return false;
+  log.Peek(0);  // what the window holds is safe from the output now
+  const OutputLog file(output);
+  copy(log, [&file](std::string_view piece) { file.Write(piece); });
+  return true;
+}
+
+template <class Copy>
+void Extract(const char* path, const char* output, Copy copy) {
+  if (!CopyFile(path, output, copy)) SayThatItCantBeOpened();
   logger->print(L"Extraction finished\n");
 }
 
 }  // namespace
 
 void ExtractBatchChannel(const char* path, const char* output, bool keep) {
-  if (const auto log = ReadLog(path)) {
-    const BatchChannel channel = ExtractBatchChannel(std::string_view(*log), keep);
-    PrintWarnings(channel);
-    WriteOutput(output, channel.log);
-  }
-  PrintFinished();
+  Extract(path, output, [keep](RawLog& log, const ByteSink& sink) {
+    CopyBatchChannel(log, keep, sink,
+                     [keep](std::uint64_t position) { TellOfCorruptLine(position, keep); });
+  });
 }
 
 void ExtractTextChannel(const char* path, const char* output) {
-  if (const auto log = ReadLog(path)) {
-    WriteOutput(output, ExtractTextChannel(std::string_view(*log)));
-  }
-  PrintFinished();
+  Extract(path, output, CopyTextChannel);
 }
 
 void ExtractAll(const char* path, const char* output) {
   ExtractBatchChannel(path, "extracted_batch.log", false);
   ExtractTextChannel(path, "extracted_dullog.txt");
-  if (const auto log = ReadLog(path)) WriteOutput(output, ExtractBothChannels(*log));
-  PrintFinished();
+  Extract(path, output, CopyBothChannels);
 }
 
 void ExtractAndReplay(ClientApp& app, const char* path) {
-  if (!ReadLog(path)) return;
+  if (!InputLog(path).IsOpen()) return SayThatItCantBeOpened();
   ExtractBatchChannel(path, "ext_batch.log", false);
   ExtractTextChannel(path, "ext_dullog.txt");
   RunBatchlog(app, "ext_batch.log", kOwnPace, 0);

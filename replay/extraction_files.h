@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-// The extraction of raw logs from file to file. Each reads the whole input first. All that goes
-// wrong is said on the console; an output that can't be written is not. Threads that run commands.
+// The extraction of raw logs from file to file. All that goes wrong is said on the console; an
+// output that can't be written is not. The output may be the input, which is then read whole first.
+// Threads that run commands.
 #pragma once
 
 #include "state/client_app.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Recordings with a package of engine state. All records are of one moment, so that none waits.
+// Recordings with a package of engine state. Nearly all records are of one moment, so that none
+// waits.
 #include <atomic>
 #include <chrono>
 #include <thread>
@@ -60,6 +61,12 @@ TEST_F(BatchlogPackageTest, IsSentFirstAndTheRestWhenTheEngineHasLoadedIt) {
   EXPECT_EQ(livePhase, 0);
 }
 
+TEST_F(BatchlogPackageTest, ItsEndIsNotSent) {
+  WhenWaiting([] { packagePhase = 0; });
+  Play(kOpen + kEnd);
+  EXPECT_EQ(server_.TakeEvents(), Events{"send 9011"});
+}
+
 TEST_F(BatchlogPackageTest, PositionRunsOnOverTheWayBack) {
   WhenWaiting([] { packagePhase = 0; });
   Play(kOpen + kWithin + kEnd + kAfter);
@@ -86,6 +93,13 @@ TEST_F(BatchlogPackageTest, LoadedBeforeItsEndTheRecordingStartsFromTheTop) {
   Play(kBefore + kOpen + kPiece + kWithin + kEnd + kAfter);
   EXPECT_EQ(server_.TakeEvents(),
             (Events{"send 9011", "send 9012", "send 899", "send 900", "send 901"}));
+}
+
+TEST_F(BatchlogPackageTest, PiecesAreSentAtTheirPace) {
+  const auto start = std::chrono::steady_clock::now();
+  Play(Record(0, "33230000") + Record(200, "34230000"));
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(200));
+  EXPECT_EQ(server_.TakeEvents(), (Events{"send 9011", "send 9012"}));
 }
 
 TEST_F(BatchlogPackageTest, WithoutAnEndNothingOfTheRecordingIsPlayed) {

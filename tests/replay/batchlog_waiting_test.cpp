@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // Delays, the pause, and the ends that a replay is put to. Waits are looked at in the silent pass,
 // where none is made: the log then ends in a record that can't be read.
+#include <unistd.h>
+
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <future>
+#include <thread>
 
 #include "monkey/monkey.h"
 #include "replay/batchlog.h"
@@ -14,6 +18,8 @@
 
 namespace ventrik::tests {
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 constexpr double kAtOnce = 1e9;  // a speed
 
@@ -49,6 +55,36 @@ TEST_F(BatchlogWaitingTest, SpeedDividesDelays) {
 TEST_F(BatchlogWaitingTest, DelayCountsFromTheRecordBefore) {
   EXPECT_EQ(Waits(At(20'000) + At(100) + At(6000) + At(10'000) + At(15'101)),
             (Texts{L"delay 5900 ms  tick ", L"delay 5101 ms  tick "}));
+}
+
+TEST_F(BatchlogWaitingTest, TimestampGoingBackwardsIsASecondWhateverTheSpeed) {
+  const auto start = Clock::now();
+  Play(At(3000) + At(2000), kAtOnce);
+  EXPECT_GE(Clock::now() - start, std::chrono::seconds(1));
+  EXPECT_EQ(PrintedTexts(), (Texts{Unnamed(900, L"0x42"), Unnamed(900, L"0x5b"), kFinished}));
+}
+
+TEST_F(BatchlogWaitingTest, LivePassWaitsAsLongAsTheRecordsSay) {
+  const auto start = Clock::now();
+  Play(At(0) + At(100) + At(300), 2.0);
+  EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(150));
+}
+
+TEST_F(BatchlogWaitingTest, StopInADelayTakesEffectBehindIt) {
+  std::thread person;
+  server_.onSend = [&person] {
+    if (person.joinable()) return;
+    person = std::thread([] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(30));
+      stopBatchlog = 1;
+    });
+  };
+  const auto start = Clock::now();
+  Play(At(0) + At(300) + At(600));
+  person.join();
+  EXPECT_GE(Clock::now() - start, std::chrono::milliseconds(300));
+  EXPECT_EQ(server_.TakeEvents().size(), 1u);
+  EXPECT_EQ(PrintedTexts().back(), kStopped);
 }
 
 TEST_F(BatchlogWaitingTest, PauseComesInTheSilentPassOnceTheLimitIsPassed) {
@@ -160,6 +196,41 @@ TEST_F(BatchlogWaitingTest, CancelledInThePauseItLeavesNothing) {
   EXPECT_TRUE(replay.CancelAndJoin());
   EXPECT_EQ(CountDescriptors(), before);
   EXPECT_TRUE(LockIsFree());
+}
+
+TEST_F(BatchlogWaitingTest, CancelledInASendItReleasesTheLock) {
+  SKIP_IF_UNWINDING_IS_NOT_SEEN();
+  std::promise<void> sends;
+  server_.onSend = [&sends] {
+    sends.set_value();
+    for (;;) sleep(1);
+  };
+  const int before = CountDescriptors();
+  CancellableThread replay([this] { Play(At(0) + At(1)); });
+  sends.get_future().wait();
+  EXPECT_FALSE(LockIsFree());
+  EXPECT_TRUE(replay.CancelAndJoin());
+  EXPECT_TRUE(LockIsFree());
+  EXPECT_EQ(holdOutput, 0);
+  EXPECT_EQ(livePhase, 1);
+  EXPECT_EQ(CountDescriptors(), before);
+}
+
+TEST_F(BatchlogWaitingTest, SilentPassWithoutAnEndCanBeCancelled) {
+  SKIP_IF_UNWINDING_IS_NOT_SEEN();
+  std::promise<void> begins;
+  console_.onPrint = [&begins](const std::wstring&) { begins.set_value(); };
+  CancellableThread replay([this] { RunBatchlog(app_, "/dev/zero", 1.0, 0); });
+  begins.get_future().wait();  // for "The log is obsoleted"
+  EXPECT_TRUE(replay.CancelAndJoin());
+  EXPECT_TRUE(LockIsFree());
+  EXPECT_EQ(holdOutput, 0);
+}
+
+TEST_F(BatchlogWaitingTest, SilentPassWithoutAnEndCanBeStopped) {
+  console_.onPrint = [](const std::wstring&) { stopBatchlog = 1; };
+  RunBatchlog(app_, "/dev/zero", 1.0, 0);
+  EXPECT_EQ(PrintedTexts().back(), kStopped);
 }
 
 }  // namespace

@@ -53,6 +53,15 @@ TEST(DisplayLine, ShowsWholeSeconds) {
   EXPECT_EQ(Line("2E010000", 360'000'000).substr(4, 13), "100 : 00 : 00");
 }
 
+TEST(DisplayLine, OddityTheTimeBeforeTheFirstRecordIsUnsigned) {
+  const auto before = [](std::uint32_t milliseconds) {
+    return Line("2E010000", 0 - milliseconds).substr(4, 14);
+  };
+  EXPECT_EQ(before(1), "1193 : 02 : 47");
+  EXPECT_EQ(before(1000), "1193 : 02 : 46");
+  EXPECT_EQ(before(10'000), "1193 : 02 : 37");
+}
+
 TEST(DisplayLine, ShowsTheNumberOfAMessageWithoutAName) {
   EXPECT_EQ(Line("84030000", 5000), "Cmd>" + kGreen + " command id is: 900(\"" + kEnd);
   EXPECT_EQ(Line("09030000 'a'"), "Cmd>" + kGreen + " command id is: 777(\"\ta" + kEnd);

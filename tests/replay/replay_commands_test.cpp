@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "replay/replay_commands.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <filesystem>
+#include <future>
+#include <vector>
 
 #include "state/process_state.h"
 #include "tests/replay/replay_fixture.h"
@@ -80,6 +84,40 @@ TEST_F(ReplayCommandsTest, BatchlogPlaysOnAThreadOfItsOwn) {
   LockCommands();
   EXPECT_EQ(PrintedTexts(), (Texts{Unnamed(900, L"0x29"), kFinished}));
   EXPECT_EQ(server_.TakeEvents(), Events{"send 900"});
+}
+
+TEST_F(ReplayCommandsTest, BatchlogBehindABlankHoldsTheLockToItsEndAndTakesItAgainForASend) {
+  std::vector<bool> lockWasFree;
+  console_.onPrint = [&](const std::wstring&) { lockWasFree.push_back(LockIsFree()); };
+  WriteFile("f", kRecord);
+  Run(L" batchlog(\"f\")");
+  EXPECT_EQ(lockWasFree, std::vector<bool>(2, false));
+  EXPECT_EQ(app_.batchlogThread, 0u);
+  EXPECT_TRUE(LockIsFree());
+  EXPECT_EQ(server_.TakeEvents(), Events{"send 900"});
+}
+
+TEST_F(ReplayCommandsTest, SecondBatchlogTakesThePlaceOfTheFirstWhoseLivePhaseStays) {
+  WriteFile("f", Record(0, "84030000") + Record(3'600'000, "84030000"));
+  WriteFile("g", kOther);
+  std::promise<void> waits;
+  int delays = 0;
+  console_.onPrint = [&](const std::wstring& text) {
+    if (text.rfind(L"delay ", 0) == 0 && ++delays == 2) waits.set_value();
+  };
+  Run(L"batchlog(\"f\")");
+  waits.get_future().wait();
+  const pthread_t first = app_.batchlogThread;
+  Run(L"batchlog(\"g\")");
+  EXPECT_NE(app_.batchlogThread, first);
+  pthread_join(app_.batchlogThread, nullptr);
+  app_.batchlogThread = 0;
+  EXPECT_EQ(server_.TakeEvents(), (Events{"send 900", "send 901"}));
+  // No silent pass went before: the position is that of the first one.
+  const Texts texts = PrintedTexts();
+  EXPECT_EQ(std::count(texts.begin(), texts.end(), Unnamed(901, L"0x10")), 1);
+  EXPECT_EQ(livePhase, 0);
+  EXPECT_TRUE(LockIsFree());
 }
 
 TEST_F(ReplayCommandsTest, StopbatchlogSetsTheFlag) {
@@ -177,6 +215,53 @@ TEST_F(ReplayCommandsTest, OutputsThatCantBeWrittenAreNotMentioned) {
   WriteFile("raw", kRawLog);
   EXPECT_EQ(PrintedBy(L"gnext(\"raw\",\"nosuch/out\")"), (Texts{kSkipped, kExtracted}));
   EXPECT_EQ(PrintedBy(L"gntolog(\"raw\",\"nosuch/out\")"), Texts{kExtracted});
+}
+
+TEST_F(ReplayCommandsTest, FoldersAndFullDisksAreOutputsThatCantBeWritten) {
+  std::filesystem::create_directory("folder");
+  WriteFile("raw", kRawLog);
+  EXPECT_EQ(PrintedBy(L"gntolog(\"raw\",\"folder\")"), Texts{kExtracted});
+  EXPECT_EQ(PrintedBy(L"gntolog(\"raw\",\"/dev/full\")"), Texts{kExtracted});
+  EXPECT_EQ(PrintedBy(L"gntolog(\"raw\",\"\")"), Texts{kExtracted});
+  EXPECT_TRUE(std::filesystem::is_empty("folder"));
+}
+
+TEST_F(ReplayCommandsTest, MissingInputLeavesTheOutputAsItWas) {
+  WriteFile("out", "before");
+  Run(L"gnext(\"nosuch\",\"out\")");
+  Run(L"gntolog(\"nosuch\",\"out\")");
+  EXPECT_EQ(Content("out"), "before");
+}
+
+TEST_F(ReplayCommandsTest, OutputMayBeTheInputWhateverItsSize) {
+  const std::string text(1'000'000, 'x');
+  WriteFile("raw", "\xE5\x33" + text + kRawLog);
+  Run(L"gnext(\"raw\",\"raw\")");
+  EXPECT_EQ(Content("raw"), kRecord + kOther);
+  WriteFile("raw", "\xE5\x33" + text + kRawLog);
+  std::filesystem::create_symlink("raw", "link");
+  Run(L"gntolog(\"raw\",\"link\")");
+  EXPECT_EQ(Content("raw"), text + "head\r\ntail");
+}
+
+TEST_F(ReplayCommandsTest, OutputIsEmptiedFirst) {
+  WriteFile("raw", kRawLog);
+  WriteFile("out", std::string(1000, 'x'));
+  Run(L"gntolog(\"raw\",\"out\")");
+  EXPECT_EQ(Content("out"), "head\r\ntail");
+}
+
+TEST_F(ReplayCommandsTest, PipesAndDevicesHaveASizeOfNothing) {
+  ASSERT_EQ(mkfifo("pipe", 0600), 0);
+  const std::wstring inputs[] = {L"pipe", L"/dev/zero", L"/dev/null"};
+  for (const std::wstring& input : inputs) {
+    WriteFile("out", "before");
+    EXPECT_EQ(PrintedBy(L"gntolog(\"" + input + L"\",\"out\")"), Texts{kExtracted});
+    EXPECT_EQ(Content("out"), "");
+  }
+  EXPECT_EQ(PrintedBy(L"gntolog(\"raw\",\"pipe\")"), (Texts{kCanNotOpen, kExtracted}));
+  WriteFile("raw", kRawLog);
+  EXPECT_EQ(PrintedBy(L"gntolog(\"raw\",\"pipe\")"), Texts{kExtracted});
 }
 
 TEST_F(ReplayCommandsTest, WrongNumbersOfParametersAreReported) {
