@@ -40,6 +40,28 @@ OverlayArea AreaOf(const Corners& corners) {
   return area;
 }
 
+// Gives a surface back if the thread is cancelled while it offers it, as nobody else ever would. A
+// server that has heard of it all the same still finds it under its name.
+class OfferedSurface {
+ public:
+  explicit OfferedSurface(const std::string& sid) : sid_(sid) {}
+  ~OfferedSurface() {
+    if (!offered_) overlayRenderer->dropSid(sid_);
+  }
+  OfferedSurface(const OfferedSurface&) = delete;
+  OfferedSurface& operator=(const OfferedSurface&) = delete;
+
+  void Send(const std::string& answer, const platform::CancellationDisabled& whole) {
+    const platform::CancellationAllowed sending(whole);
+    send::REQU_MAP_OVERLAY_SURFACE(answer);
+    offered_ = true;
+  }
+
+ private:
+  const std::string& sid_;
+  bool offered_ = false;
+};
+
 }  // namespace
 
 OverlayArea ReadOverlayArea(std::string_view eis) {
@@ -60,8 +82,7 @@ void HandleOverlayArea(const ReceivedBlock& block, const platform::CancellationD
   const std::string sid = overlayRenderer->getSid(area);
   std::fprintf(stderr, "SID=%s\n", sid.c_str());
   const std::string answer = eis + "<SID>" + sid + "<*>";
-  const platform::CancellationAllowed sending(whole);
-  send::REQU_MAP_OVERLAY_SURFACE(answer);
+  OfferedSurface(sid).Send(answer, whole);
 }
 
 void HandleOverlaySurfaceInvalid(const ReceivedBlock& block) {

@@ -34,8 +34,8 @@ extern const OverlayRenderer* overlayRenderer;
 OverlayArea ReadOverlayArea(std::string_view eis);
 
 // INFO_MAP_OVERLAY_AREA: prints how the area was read and, if weatherOn, answers with a surface for
-// it. The answer takes no commandLock, and only in its send may the thread be cancelled. Listener
-// thread.
+// it. The answer takes no commandLock, and only in its send may the thread be cancelled, which then
+// gives the surface back. Listener thread.
 void HandleOverlayArea(const ReceivedBlock& block, const platform::CancellationDisabled& whole);
 
 // INFO_MAP_OVERLAY_SURFACE_INVALID: gives the surface back that the text's <SID> names. Listener

@@ -3,8 +3,7 @@
 
 #include "command/executor.h"
 #include "monkey/generators.h"
-#include "monkey/monkey_files.h"
-#include "monkey/parameter_table.h"
+#include "monkey/monkey_log.h"
 #include "monkey/weights.h"
 #include "monkey/words.h"
 #include "state/logger.h"

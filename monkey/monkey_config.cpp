@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "console/whole_file.h"
-#include "monkey/monkey_files.h"
+#include "monkey/monkey_log.h"
 #include "state/logger.h"
 #include "state/saturation.h"
 

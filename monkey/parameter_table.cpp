@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "monkey/parameter_table.h"
-
+// Which parameters each command gets, and what happens beside.
 #include <cstdint>
 #include <string_view>
 
@@ -8,6 +7,7 @@
 #include "monkey/generators.h"
 #include "monkey/monkey_batch.h"
 #include "monkey/pace.h"
+#include "monkey/prepared_commands.h"
 #include "monkey/weights.h"
 #include "monkey/words.h"
 

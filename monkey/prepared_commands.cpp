@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "monkey/prepared_commands.h"
+
 #include <algorithm>
 #include <string>
 
@@ -6,7 +8,6 @@
 #include "monkey/command_generation.h"
 #include "monkey/draw.h"
 #include "monkey/generators.h"
-#include "monkey/parameter_table.h"
 #include "monkey/weights.h"
 
 namespace ventrik {

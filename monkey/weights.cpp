@@ -28,15 +28,13 @@ std::int32_t Whole(float value) {
   return static_cast<std::int32_t>(exact);
 }
 
-// Walks down the records with what was drawn.
-std::wstring NameAt(const MonkeyWeights& weights, std::int64_t drawn) {
-  std::wstring name;
+// Walks down the records with what was drawn. Below 0 the name stays as it was.
+void TakeNameAt(const MonkeyWeights& weights, std::int64_t drawn, std::wstring& name) {
   for (const MonkeyCommandRecord& record : weights.commandRecords) {
     if (drawn < 0) break;
     drawn -= record.currentWeight;
     name = record.name;
   }
-  return name;
 }
 
 const MonkeyCommandRecord* SourceOf(const MonkeyWeights& weights, std::wstring_view line) {
@@ -57,17 +55,17 @@ void SetCurrentWeight(MonkeyWeights& weights, MonkeyCommandRecord& record, std::
 }  // namespace
 
 std::wstring PickCommand(Monkey& monkey) {
+  std::wstring name;
   for (std::size_t refused = 1;; ++refused) {
     std::size_t round = 0;
     bool blocked = false;
     const std::int32_t total =
         monkey.weights.With([](const MonkeyWeights& weights) { return weights.weightTotal; });
     const int drawn = DrawBelow(total);
-    std::wstring name = monkey.weights.With([&](const MonkeyWeights& weights) {
-      std::wstring picked = NameAt(weights, drawn);
-      blocked = IsCommandBlocked(weights, picked);
+    monkey.weights.With([&](const MonkeyWeights& weights) {
+      TakeNameAt(weights, drawn, name);
+      blocked = IsCommandBlocked(weights, name);
       round = weights.commandRecords.size();
-      return picked;
     });
     if (!blocked) return name;
     if (refused % std::max<std::size_t>(round, 1) == 0) Pause(kRefusedRoundPause);

@@ -197,6 +197,7 @@ TEST_F(OverlayMessages, OfferTakesNoCommandLock) {
   server_.onSend = [&free] { free = CommandLockIsFree(); };
   Handle(Area(""));
   EXPECT_TRUE(free);
+  EXPECT_EQ(dropped, std::vector<std::string>{});
 }
 
 TEST_F(OverlayMessages, CancelledThreadEndsInTheOfferAndNotBefore) {
@@ -210,6 +211,7 @@ TEST_F(OverlayMessages, CancelledThreadEndsInTheOfferAndNotBefore) {
   });
   EXPECT_TRUE(listener.Join());
   EXPECT_EQ(asked.size(), 1u);
+  EXPECT_EQ(dropped, std::vector<std::string>{"sid_0"});
   EXPECT_EQ(server_.TakeSent(), std::vector<Bytes>{});
   EXPECT_EQ(console_.TakeText(), Wide(kNoCorners));
 }
@@ -225,6 +227,7 @@ TEST_F(OverlayMessages, OfferThatHangsCanBeCancelled) {
   CancellableThread listener([this] { Handle(Area("")); });
   sending.get_future().wait();
   EXPECT_TRUE(listener.CancelAndJoin());
+  EXPECT_EQ(dropped, std::vector<std::string>{"sid_0"});
   EXPECT_EQ(console_.TakeText(), Wide(kNoCorners));
 }
 

@@ -181,6 +181,13 @@ TEST_F(DriverTest, StopForNoSecondsDoesNothing) {
   EXPECT_EQ(RunToEnd(L"monkey(\"2\")"), (Texts{Sent(L"verd"), Sent(L"verd"), kFinished}));
 }
 
+TEST_F(DriverTest, OddityRequestWithoutAMonkeyIsObeyedByTheNextOne) {
+  Configure("[verd]\ndefault=1\n");
+  Run(L"stopmonkey");
+  EXPECT_EQ(RunToEnd(L"monkey(\"3\")"), (Texts{Sent(L"verd"), kFinished}));
+  EXPECT_EQ(RunToEnd(L"monkey(\"2\")"), (Texts{Sent(L"verd"), Sent(L"verd"), kFinished}));
+}
+
 TEST_F(DriverTest, QueuedLinesComeBeforeGeneratedOnesAndAreNotLogged) {
   Configure("[adas]\ndefault=1\n");
   monkey_.queuedCommands = {L"vers", L"", L"verd"};
@@ -228,6 +235,13 @@ TEST_F(DriverTest, SentLineHasItsInfluence) {
   RunToEnd(L"monkey(\"1\")");
   EXPECT_EQ(CurrentWeights(monkey_), (std::vector<std::int32_t>{1, 5}));
   EXPECT_EQ(WeightTotal(monkey_), 6);
+}
+
+TEST_F(DriverTest, QueuedLineHasItsInfluence) {
+  Configure("[verd]\ndefault=1\nvers=5\n\n[vers]\ndefault=1\n");
+  monkey_.queuedCommands = {L"verd"};
+  RunToEnd(L"monkey(\"1\")");
+  EXPECT_EQ(CurrentWeights(monkey_), (std::vector<std::int32_t>{1, 5}));
 }
 
 TEST_F(DriverTest, LineThatFailsHasItsInfluence) {
@@ -297,6 +311,21 @@ TEST_F(DriverTest, RouteIsAskedForAgainOnceTheFirstIsCalculated) {
   EXPECT_EQ(blockedBefore, (Texts{L"start", L"rkill", L"demo", L"rnew"}));
   EXPECT_EQ(server_.TakeEvents(), Events{"send 404"});
   EXPECT_EQ(BlockedCommands(monkey_), (Texts{L"demo", L"rnew"}));
+}
+
+// With no route, nothing reports a calculated one.
+TEST_F(DriverTest, StopAloneFreesRnewOfATripThatFailed) {
+  Configure("[rnew]\ndefault=1\n\n[verd]\ndefault=1\n");
+  AtPause([&](int number) {
+    if (number != 2) return;
+    FollowMessage(app_, Hex("9D010000 4D000000 06000000 64000000").Block());
+    monkey_.queuedCommands = {L"verd"};
+  });
+  RunToEnd(L"monkey(\"2\")");
+  EXPECT_EQ(BlockedCommands(monkey_), (Texts{L"start", L"rkill", L"demo", L"rnew"}));
+  Configure("[stop]\ndefault=1\n");
+  RunToEnd(L"monkey(\"1\")");
+  EXPECT_EQ(BlockedCommands(monkey_), (Texts{L"start", L"rkill", L"demo"}));
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the monkey does by the clock: `start` is released, weights go back to their defaults.
 #include <atomic>
+#include <cstdlib>
+#include <ctime>
 
 #include "monkey/draw.h"
 #include "tests/monkey/driver_fixture.h"
@@ -13,6 +15,17 @@ constexpr std::uint32_t kRelease = 1200000;    // milliseconds
 constexpr std::uint32_t kLeastReset = 900000;  // milliseconds
 
 std::atomic<int> drawn = 0;
+std::vector<int> numbers;  // of the generator itself, in the order of their draws
+
+int DrawOfTheGenerator() {
+  numbers.push_back(std::rand());
+  return 0;
+}
+
+int FirstNumber(unsigned seed) {
+  std::srand(seed);
+  return std::rand();
+}
 
 class DriverTimeTest : public DriverTest {
  protected:
@@ -97,6 +110,38 @@ TEST_F(DriverTimeTest, InvalidLineIsNoTimeForWeightsToGoBack) {
   });
   RunToEnd(L"monkey(\"1\")");
   EXPECT_EQ(CurrentWeights(monkey_), std::vector<std::int32_t>{7});
+}
+
+TEST_F(DriverTimeTest, EachCycleIsSeededByTheClock) {
+  Configure("[verd]\ndefault=1\n");
+  std::vector<std::size_t> cycles;
+  AtPause([&](int number) {
+    cycles.push_back(numbers.size());
+    SetMilliClock(7000u + static_cast<std::uint32_t>(number));
+  });
+  numbers.clear();
+  drawSource = DrawOfTheGenerator;
+  RunToEnd(L"monkey(\"2\")");
+  ASSERT_EQ(cycles.size(), 2u);
+  ASSERT_GT(numbers.size(), cycles.back());
+  EXPECT_EQ(numbers[cycles[0]], FirstNumber(7001));
+  EXPECT_EQ(numbers[cycles[1]], FirstNumber(7002));
+}
+
+TEST_F(DriverTimeTest, StartIsSeededByTheClockAndThenByTheTime) {
+  SetMilliClock(4711);
+  numbers.clear();
+  drawSource = DrawOfTheGenerator;
+  const std::time_t before = std::time(nullptr);
+  RunToEnd(L"monkey(\"0\")");
+  const std::time_t after = std::time(nullptr);
+  ASSERT_GT(numbers.size(), 1u);
+  EXPECT_EQ(numbers[0], FirstNumber(4711)) << "the interval";
+  bool isByTheTime = false;
+  for (std::time_t time = before; time <= after; ++time) {
+    isByTheTime |= numbers[1] == FirstNumber(static_cast<unsigned>(time));
+  }
+  EXPECT_TRUE(isByTheTime) << "the first item";
 }
 
 }  // namespace

@@ -124,6 +124,18 @@ TEST_F(FeedbackTest, TypesMayLackWhatBelongsToThem) {
   EXPECT_EQ(SearchText(), L"|<<*>|");
 }
 
+TEST_F(FeedbackTest, OddityTagInsideOfATagIsAnotherType) {
+  const std::pair<int, const wchar_t*> kTypes[] = {
+      {0, L"|<A<B><*>|"}, {1, L"|<B><*>|"}, {2, L"|<<<C><*>|"}, {3, L"|<<C><*>|"}, {4, L"|<C><*>|"},
+  };
+  for (const auto& [drawn, search] : kTypes) {
+    SetSearch(monkey_, L"", L"");
+    AvailableInfo("<A<B>5<*><<<C>7<*>", {drawn});
+    EXPECT_EQ(SearchText(), search);
+    EXPECT_EQ(Search().spellLimit, drawn < 2 ? 5 : 7);
+  }
+}
+
 TEST_F(FeedbackTest, TextWithoutATypeIsNotDrawnFrom) {
   SetSearchText(L"path", L"", L"selection");
   for (const char* types : {"text", "<*>", "5<*>6"}) AvailableInfo(types);
@@ -198,6 +210,24 @@ TEST_F(FeedbackTest, SecondChoiceOfATagDoesntExtendThePath) {
   EXPECT_EQ(SearchText(), L"<CTY>Wien<*>||<CTY>Wien<*>");
 }
 
+TEST_F(FeedbackTest, OddityTagIsComparedWithoutItsEnd) {
+  SetSearchText(L"<GEOC>Austria<*>", L"<X>y<*>", L"<GEOC>Austria<*>");
+  List("", {"<GEO>16.3 48.2<*>"}, {0});
+  EXPECT_EQ(SearchText(), L"<GEOC>Austria<*>||<GEOC>Austria<*>");
+  SetSearchText(L"<GEO>1 2<*>", L"<X>y<*>", L"<GEO>1 2<*>");
+  List("", {"<GEOC>Austria<*>"}, {0});
+  EXPECT_EQ(SearchText(), L"<GEO>1 2<*><GEOC>Austria<*>||<GEOC>Austria<*>");
+}
+
+TEST_F(FeedbackTest, RowWithoutATagIsComparedAsAWhole) {
+  SetSearchText(L"<CTY>Wien<*>", L"<X>y<*>", L"Wien<*>");
+  List("", {"Wien"}, {0});
+  EXPECT_EQ(SearchText(), L"<CTY>Wien<*>||Wien<*>");
+  SetSearchText(L"<CTY>Wien<*>", L"<X>y<*>", L"Wien");
+  List("", {"Wien<*>"}, {0});
+  EXPECT_EQ(SearchText(), L"<CTY>Wien<*>Wien<*>||Wien<*>");
+}
+
 TEST_F(FeedbackTest, TagIsComparedOnlyWithAPathAndAChoice) {
   SetSearchText(L"", L"<CTY>We<*>", L"<CTY>Wien<*>");
   List("", {"<CTY>Wels<*>"}, {0});
@@ -205,6 +235,9 @@ TEST_F(FeedbackTest, TagIsComparedOnlyWithAPathAndAChoice) {
   SetSearchText(L"<CTY>Wien<*>", L"<CTY>We<*>", L"");
   List("", {"<CTY>Wels<*>"}, {0});
   EXPECT_EQ(SearchText(), L"<CTY>Wien<*><CTY>Wels<*>||<CTY>Wels<*>");
+  SetSearchText(L"<CTY>Wien<*>", L"<CTY>We<*>", L"");
+  List("", {">"}, {0});
+  EXPECT_EQ(SearchText(), L"<CTY>Wien<*>>||>");
 }
 
 TEST_F(FeedbackTest, CountryOrStateStartsFromTheResponsesOwnPath) {

@@ -42,6 +42,11 @@ TEST_F(GeneratorsTest, TextGoesToTheLineOrToATarget) {
   EXPECT_EQ(monkey_.commandBuffer, L"map(\"");
 }
 
+TEST_F(GeneratorsTest, LineHasNoLimit) {
+  for (int i = 0; i < 3; ++i) AppendText(monkey_, std::wstring(4096, L'x'));
+  EXPECT_EQ(monkey_.commandBuffer, std::wstring(3 * 4096, L'x'));
+}
+
 TEST_F(GeneratorsTest, IntegerIsTheLowerBoundPlusTheRemainder) {
   EXPECT_EQ(IntegerOf({0}, 10, 100), L"10");
   EXPECT_EQ(IntegerOf({90}, 10, 100), L"100");

@@ -231,6 +231,22 @@ TEST_F(ItemsTest, OddityWepTempIconItemIsNotedAsTemp) {
   EXPECT_EQ(Notes(), Texts{L"WepTempIcon temp"});
 }
 
+TEST_F(ItemsTest, OddityWepOfATempIconNamesNoList) {
+  Item({999, 0, 0}, L"WepTempIcon", L"abc");
+  EXPECT_EQ(Appended({0, 0}, [this] { AppendWepParameters(monkey_); }),
+            L"<MID>all<*>\", \"setTemporaryItems|zoom\", \"temp");
+  EXPECT_TRUE(monkey_.commandValid);
+}
+
+TEST_F(ItemsTest, TypesAndNamesAreNotedAsAWhole) {
+  const std::wstring type(500, L't');
+  const std::wstring name(500, L'n');
+  Item({}, type, name);
+  EXPECT_EQ(Notes(), Texts{type + L" " + name});
+  EXPECT_EQ(NameFrom({}, Choice::last, type), name);
+  EXPECT_EQ(NameFrom({}, Choice::last, type.substr(1)), L"(none)");
+}
+
 TEST_F(ItemsTest, EmptyNameIsDrawnBeforeTheValue) {
   SetRegion();
   EXPECT_EQ(Item({0, 1, 2, 3}, L"SRouteModeList", L""),

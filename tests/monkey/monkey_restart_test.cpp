@@ -7,7 +7,6 @@
 #include <future>
 
 #include "platform/cancellation.h"
-#include "tests/messages/handling_fixture.h"
 #include "tests/monkey/driver_fixture.h"
 
 namespace ventrik::tests {
@@ -15,8 +14,6 @@ namespace {
 
 class MonkeyRestartTest : public DriverTest {
  protected:
-  void SetUp() override { SKIP_IF_UNWINDING_IS_NOT_SEEN(); }
-
   // Keeps the first who comes here waiting until it is cancelled.
   void HoldTheFirst() {
     if (held_.exchange(true)) return;
@@ -65,6 +62,18 @@ TEST_F(MonkeyRestartTest, SecondMonkeyWaitsUntilTheFirstIsGone) {
   EXPECT_EQ(RunToEnd(L"monkey"), Texts{kFinished});
   EXPECT_EQ(itemsOfTheFirst, 200u);
   EXPECT_EQ(monkey_.itemRecords.size(), 400u);
+}
+
+// Those in between were cancelled before their turn came.
+TEST_F(MonkeyRestartTest, MonkeysThatWaitedInVainDefineNothing) {
+  Configure("[verd]\ndefault=1\n");
+  AtPause([this](int) {
+    const platform::CancellationDisabled whole;
+    for (int i = 0; i < 5; ++i) Run(L"monkey");
+    Run(L"monkey(\"0\")");
+  });
+  EXPECT_EQ(RunToEnd(L"monkey"), Texts{kFinished});
+  EXPECT_EQ(itemCount_, 400u);
 }
 
 TEST_F(MonkeyRestartTest, MonkeyMayStartItsOwnFollower) {

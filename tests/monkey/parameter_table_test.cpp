@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // Which parameters each command gets, and what happens beside.
-#include "monkey/parameter_table.h"
-
 #include "monkey/command_generation.h"
 #include "monkey/weights.h"
 #include "tests/monkey/monkey_fixture.h"
@@ -150,6 +148,13 @@ TEST_F(ParameterTableTest, ListOfCountriesAsksByAPosition) {
             L"list(\"<GEOC>0000000 0000000<*>\", \"1\", \"-1\", \"ascending\", \"abc\", \"off\")");
 }
 
+TEST_F(ParameterTableTest, PathsHaveNoLimit) {
+  const std::wstring path = L"<CTR>" + std::wstring(10000, L'x') + L"<*>";
+  SetSearch(monkey_, path, L"<CTY>W<*>");
+  EXPECT_EQ(Generated(L"info"), L"info(\"" + path + L"\")");
+  EXPECT_EQ(Generated(L"spell"), L"spell(\"" + path + L"<CTY>W<*>\")");
+}
+
 TEST_F(ParameterTableTest, ListBelowANegativeLimitIsInvalid) {
   NoteItem(L"ListSStringArray", L"abc");
   SetSearch(monkey_, L"", L"", -1);
@@ -196,6 +201,18 @@ TEST_F(ParameterTableTest, DeletingItemsForgetsThemAll) {
   NoteItem(L"WepGeo", L"xyz");
   EXPECT_EQ(Generated(L"citems"), L"citems");
   EXPECT_TRUE(monkey_.itemRecords.empty());
+}
+
+TEST_F(ParameterTableTest, ListAndWepStayInvalidOnceItemsAreForgotten) {
+  NoteItem(L"ListSStringArray", L"abc");
+  NoteItem(L"WepGeo", L"xyz");
+  Generated(L"citem", {0, 0, 0});
+  Generated(L"item", {0, 1, 2, 3});  // makes one again, which has no type
+  Generated(L"list", {0, 0, 0, 0, 1});
+  EXPECT_FALSE(monkey_.commandValid);
+  monkey_.commandValid = true;
+  Generated(L"wep", {1, 0});
+  EXPECT_FALSE(monkey_.commandValid);
 }
 
 TEST_F(ParameterTableTest, ItemIsNotedWithoutAType) {

@@ -6,7 +6,6 @@
 
 #include "command/navigation_sequences.h"
 #include "monkey/driver.h"
-#include "tests/messages/handling_fixture.h"
 #include "tests/monkey/driver_fixture.h"
 
 namespace ventrik::tests {
@@ -139,7 +138,6 @@ TEST_F(StallTest, MonkeyWaitsForTheKeyUnderTheLock) {
 }
 
 TEST_F(StallTest, MonkeyThatWaitsForTheKeyCanBeCancelled) {
-  SKIP_IF_UNWINDING_IS_NOT_SEEN();
   monkey_.queuedCommands.assign(21, L"list(\"<CTY>\",\"1\",\"9\",\"ascending\",\"a\",\"on\")");
   Run(L"monkey");
   ASSERT_TRUE(console_.WaitFor(kPress));
@@ -149,7 +147,6 @@ TEST_F(StallTest, MonkeyThatWaitsForTheKeyCanBeCancelled) {
 
 // With nobody there to type, it waits on.
 TEST_F(StallTest, MonkeyAtTheEndOfTheInputCanBeCancelled) {
-  SKIP_IF_UNWINDING_IS_NOT_SEEN();
   input_.End();
   monkey_.queuedCommands.assign(21, L"list(\"<CTY>\",\"1\",\"9\",\"ascending\",\"a\",\"on\")");
   Run(L"monkey");

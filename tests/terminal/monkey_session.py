@@ -127,8 +127,8 @@ def has_between(places, begin, end):
     return any(begin <= at < end for at in places)
 
 
-def blocked_lines(session):
-    """Lines that were sent while they were blocked."""
+def blocked_lines(session, fixed):
+    """Lines that were sent while they were blocked; `fixed` are sections that never are."""
     placed = session.with_places()
     calculated = session.calculated()
     reached = session.sent("INFO_DESTINATION_REACHED")
@@ -142,7 +142,7 @@ def blocked_lines(session):
             "start": calculated + reached,
             "rkill": calculated,
         }.get(drawn.name)
-        if freeing is not None and drawn.name in since:
+        if freeing is not None and drawn.name in since and drawn.line not in fixed:
             if not has_between(freeing, since[drawn.name], at):
                 wrong.append(drawn.line)
         if drawn.name == "stop":

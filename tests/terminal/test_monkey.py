@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """The monkey's commands, its files, and how it ends."""
 
+import re
 import signal
 
 import pytest
@@ -244,3 +245,44 @@ def test_search_that_stalls_waits_for_a_person(place, engine):
     tester.signal(signal.SIGTERM)
     assert tester.ends_with() == 0
     assert requests(place, engine) == 45
+
+
+def test_key_for_a_stall_needs_an_enter_while_the_main_loop_reads_no_keys(place, engine):
+    configure(place, "list")
+    place.batch("night.batch", 'monkey\nwait("1000")\n')
+    tester = place.tester(program="hurried-ventrik", columns=200).see("Press ENTER")
+    tester.command("init").see("initialized successfully")
+    tester.command('batch("night.batch")').see(STALL)
+    tester.keys("c").settle(1)  # which the terminal keeps until a line is whole
+    assert tester.raw.count("MONKEY:") == 21 and requests_by_now(place) == 20
+    tester.keys("\n").see(STALL, 2)
+    assert tester.raw.count("MONKEY:") == 41
+    tester.signal(signal.SIGTERM)
+    assert tester.ends_with() == 0
+
+
+# A trip.
+
+
+def test_drive_that_arrives_ends_the_route_for_the_monkey(place, engine):
+    """A typed trip is started and followed by the monkey, which has one line for the time that it
+    lasts."""
+    (place.work / "monkey_config.txt").write_text(
+        "[start]\ndefault = 1\nifactiveroute = 0\n\n"
+        "[vers]\ndefault = 1\nifactiveroute = 0\n\n"
+        "[verd]\ndefault = 0\nifactiveroute = 2\n\n"
+    )
+    hurried = Hurried(place).initialise().command("monkey").see_drawn(10)
+    assert {drawn.name for drawn in hurried.drawn()} == {"vers"}
+    hurried.command('demo("on","0","0")')
+    hurried.command('item("SDestinationElementList","stops","<GEO>11.57 48.13<*>","")')
+    hurried.command('rnew("stops","modes")')
+    arrived = re.compile(r"INFO_DESTINATION_REACHED> Dest: (?s:.*)MONKEY:(start|vers)")
+    hurried.until(arrived.search, "a line of no route behind an arrival", 2 * PATIENCE)
+    shown = hurried.take()
+    arrival = arrived.search(shown).start()
+    departure = re.search(r"routeDesc: \(\d", shown).end()
+    names = [drawn.name for drawn in hurried.drawn() if departure < drawn.begin < arrival]
+    # It may have been at a line when either came.
+    assert set(names[1:-1]) == {"verd"} and len(names) > 100
+    hurried.quit()

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Which parameters each command gets (parameter_table.cpp), and the commands that run others first
-// (prepared_commands.cpp). Monkey's thread; expects the name of the command on the line.
+// The commands for which others are run first, so that the lists they name are there. Each puts the
+// whole line in place of the name. Monkey's thread.
 #pragma once
 
 #include "monkey/monkey.h"

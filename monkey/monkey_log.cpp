@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "monkey/monkey_files.h"
+#include "monkey/monkey_log.h"
 
 #include <cstdio>
 
