@@ -6,11 +6,8 @@
 #include <signal.h>
 #include <sys/time.h>
 
-#include <array>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
-#include <memory>
 #include <set>
 #include <thread>
 #include <utility>
@@ -25,12 +22,13 @@
 namespace ventrik::bench {
 namespace {
 
-constexpr int kEndingLimit = 10'000;         // milliseconds
-constexpr std::chrono::seconds kNextTry{1};  // until a name that can't be had is tried again
+constexpr int kEndingLimit = 10'000;              // milliseconds
+constexpr std::chrono::seconds kNextTry{1};       // until a name that can't be had is tried again
+constexpr std::uint64_t kNextLook = 500'000'000;  // nanoseconds until the dead are looked for again
 constexpr suseconds_t kLastWords = 500'000;  // microseconds for the answers before a wanted end
 
 // Why a name could not be taken, with the errno of the attempt.
-std::string NameFault(const std::string& name, int fault) {
+std::string WhyNot(const std::string& name, int error) {
   const std::string quoted = "the name \"" + name + "\" ";
   const int connection = name_open(name.c_str(), 0);
   if (connection != -1) {
@@ -38,7 +36,7 @@ std::string NameFault(const std::string& name, int fault) {
     return quoted + "is taken by a server that is running";
   }
   if (errno == EINVAL || errno == ENAMETOOLONG) return quoted + "can't be the name of a server";
-  return quoted + "can't be taken: " + std::strerror(fault);
+  return quoted + "can't be taken: " + std::strerror(error);
 }
 
 Block HeartbeatBlock() {
@@ -59,6 +57,12 @@ bool IsAlive(std::uint32_t process) {
   return !platform::ProcessIsGone(static_cast<pid_t>(process));
 }
 
+void LimitNextReceive(const std::uint64_t& nanoseconds) {
+  struct sigevent unblock = {};
+  unblock.sigev_notify = SIGEV_UNBLOCK;
+  TimerTimeout(CLOCK_MONOTONIC, _NTO_TIMEOUT_RECEIVE, &unblock, &nanoseconds, nullptr);
+}
+
 // Answers a message and gives it back, also when its thread is cancelled.
 struct InHand {
   IpcMessage* message;
@@ -76,12 +80,18 @@ Engine::Engine(const Options& options, const World& world)
   outlet_.Arm(options.faults, seed_);
   requestFaults_.Arm(options.faults, seed_);
   usesChance_ = !options.faults.empty();
-  model_.state().pictureFolder = options.pictureFolder;
-  model_.state().overlayFolder = options.overlayFolder;
+  model_.UseFolders(options.pictureFolder, options.overlayFolder);
+  outlet_.onStrike = [this](const Strike& strike) { NoteStrike(strike); };
+  requestFaults_.onStrike = [this](const Strike& strike) {
+    NoteStrike(strike);
+    const bool isLost =
+        StageOf(strike.kind) == FaultStage::request && strike.kind != FaultKind::hang;
+    if (isLost)
+      unanswered_.Count(strike.message, std::string("struck by ") + FaultName(strike.kind));
+  };
   sender_.onSent = [this](const IpcPeer& client, const Block& block) {
     Note(Direction::sent, client.processId, {block.data(), block.size()});
   };
-  model_.state().report = [](const std::string& text) { Report("%s", text.c_str()); };
 }
 
 Engine::~Engine() {
@@ -93,7 +103,7 @@ bool Engine::Start(std::string& error) {
   if (!options_.scenarioFile.empty() && !UseScenario(error)) return false;
   server_ = OpenServer();
   if (server_ == nullptr) {
-    error = NameFault(options_.name, errno);
+    error = WhyNot(options_.name, errno);
     return false;
   }
   if (!options_.recordFile.empty() && !recorder_.Open(options_.recordFile, error)) return false;
@@ -131,6 +141,7 @@ bool Engine::Stop() {
   sender_.Stop();
   platform::CancelAndForget(thread_);
   if (platform::WaitForThreads(kEndingLimit)) {
+    sender_.ReportDrops();
     requestFaults_.GiveBack();
     if (server_ != nullptr) ipc_server_close(std::exchange(server_, nullptr));
     return true;
@@ -151,6 +162,7 @@ std::vector<std::string> Engine::Remarks() const {
   for (const std::string& rule : scenario_.NeverSetOff())
     remarks.push_back("never set off: " + rule);
   for (const std::string& line : unanswered_.Lines()) remarks.push_back("not answered: " + line);
+  for (const std::string& line : outlet_.Lost()) remarks.push_back("not sent: " + line);
   const std::string requests = requestFaults_.FaultsDone();
   const std::string answers = outlet_.FaultsDone();
   const char* separator = requests.empty() || answers.empty() ? "" : ", ";
@@ -168,22 +180,27 @@ void* Engine::Body(void* engine) {
   return nullptr;
 }
 
-// An accept that gives nothing mostly means that a client has gone.
 void Engine::Run() {
   const platform::CancellationDisabled disabled;
   for (;;) {
-    IpcMessage* message = nullptr;
-    {
-      const platform::CancellationAllowed allowed(disabled);
-      message = ipc_server_accept(server_);
-    }
-    if (message == nullptr) {
-      clientsChanged_ = true;
-    } else {
+    IpcMessage* message = Accept(disabled);
+    if (message != nullptr) {
       HandleWithFaults(message, disabled);
+    } else {
+      PruneClients();
     }
-    if (std::exchange(clientsChanged_, false)) PruneClients();
   }
+}
+
+// The next message; null mostly when a client has gone. A process whose connections are closed can
+// still be at its end, so that it is looked for once more a little later.
+IpcMessage* Engine::Accept(const platform::CancellationDisabled& disabled) {
+  const platform::CancellationAllowed allowed(disabled);
+  if (std::exchange(looksAgain_, false)) LimitNextReceive(kNextLook);
+  errno = 0;
+  IpcMessage* message = ipc_server_accept(server_);
+  if (message == nullptr) looksAgain_ = errno != ETIMEDOUT;
+  return message;
 }
 
 int Engine::OnHandshake(void* engine) {
@@ -195,8 +212,10 @@ void Engine::OnConnect(IpcPeer& client, void* engine) {
   const platform::CancellationDisabled whole;
   Engine& self = *static_cast<Engine*>(engine);
   ++self.connected_;
-  self.clientsChanged_ = true;
+  self.model_.Connected(&client);
   self.scenario_.Connected(&client);
+  // Here, as a client that does no more than connect, again and again, ends no wait for a message.
+  self.PruneClients();
 }
 
 void Engine::HandleWithFaults(IpcMessage* message, const platform::CancellationDisabled& disabled) {
@@ -205,6 +224,9 @@ void Engine::HandleWithFaults(IpcMessage* message, const platform::CancellationD
       return Handle(message, disabled);
     case RequestFaults::Fate::gone:
       return;
+    case RequestFaults::Fate::restart:
+      model_.Restart();
+      return Die(disabled);
     case RequestFaults::Fate::die:
       return Die(disabled);
   }
@@ -237,6 +259,7 @@ std::optional<Block> Engine::Read(IpcMessage* message,
     Report("a message of %u bytes from process %u was refused", length, process);
     return std::nullopt;
   }
+  TakeLateEndMarkers();
   // The faults may have taken the beginning. ipc_read counts it in all the same, as the answer to
   // the sender must, and leaves as much room at the end.
   const Block& head = requestFaults_.takenAhead();
@@ -247,7 +270,9 @@ std::optional<Block> Engine::Read(IpcMessage* message,
     // A thread that is cancelled here answers with an error.
     inHand.status = EINTR;
     const platform::CancellationAllowed allowed(disabled);
+    errno = 0;
     count = ipc_read(message, block.data(), block.size());
+    if (count == -1 && errno == ETIMEDOUT) ++lateEndMarkers_;
   }
   inHand.status = 0;
   if (count != static_cast<int>(length)) {
@@ -259,6 +284,20 @@ std::optional<Block> Engine::Read(IpcMessage* message,
   return block;
 }
 
+// What comes in on this channel between two messages belongs to one that was given up, and must not
+// be taken for the end of the next one.
+void Engine::TakeLateEndMarkers() {
+  while (lateEndMarkers_ > 0) {
+    IpcControlRecord record = {};
+    LimitNextReceive(0);
+    const int id = MsgReceive(server_->channel1, &record, sizeof record, nullptr);
+    if (id < 0) return;
+    if (id == 0) continue;
+    MsgReply(id, 0, nullptr, 0);
+    --lateEndMarkers_;
+  }
+}
+
 void Engine::Answer(IpcPeer* client, ReceivedBlock request) {
   const ScenarioThread::Handled handled = scenario_.Handle(client, request);
   if (!options_.blank && handled.isInstead) {
@@ -267,7 +306,10 @@ void Engine::Answer(IpcPeer* client, ReceivedBlock request) {
     model_.Handle(client, request);
   }
   const bool isKnown = !options_.blank && Model::Handles(request.Word(0));
-  if (!isKnown && !handled.isRuled) unanswered_.Count(request.Word(0));
+  const bool isLeftToModel = isKnown && !handled.isInstead;
+  if (!isLeftToModel && !handled.isAnswered) {
+    unanswered_.Count(request.Word(0), handled.isRuled ? "a rule sends nothing" : "");
+  }
   if (request.Word(0) == REQU_SHUTDOWN && options_.exitOnShutdown &&
       !std::exchange(ending_, true)) {
     EndSoon();
@@ -303,6 +345,7 @@ void Engine::GiveUp(IpcPeer** link, bool sendWaiting) {
 void Engine::Die(const platform::CancellationDisabled& disabled) {
   while (server_->clients != nullptr) GiveUp(&server_->clients, false);
   ipc_server_close(std::exchange(server_, nullptr));
+  lateEndMarkers_ = 0;
   requestFaults_.GiveBack();
   std::chrono::milliseconds pause = requestFaults_.deadFor();
   do {
@@ -312,13 +355,17 @@ void Engine::Die(const platform::CancellationDisabled& disabled) {
   } while ((server_ = OpenServer()) == nullptr);
 }
 
+void Engine::NoteStrike(const Strike& strike) {
+  log_.Write(LoggedStrike{SinceStart(), strike});
+}
+
 void Engine::Note(Direction direction, std::uint32_t process, ReceivedBlock block) {
   if (direction == Direction::received) {
     tally_.Received(block);
   } else {
     tally_.Sent(block);
   }
-  log_.Write({SinceStart(), direction, process, block});
+  log_.Write(LoggedMessage{SinceStart(), direction, process, block});
 }
 
 std::chrono::milliseconds Engine::SinceStart() const {

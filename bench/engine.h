@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/losses.h"
 #include "bench/message_log.h"
 #include "bench/model_thread.h"
 #include "bench/options.h"
@@ -28,7 +29,6 @@
 #include "bench/scenario_thread.h"
 #include "bench/sender.h"
 #include "bench/tally.h"
-#include "bench/unanswered.h"
 #include "bench/world.h"
 #include "ipc/ipc.h"
 #include "platform/cancellation.h"
@@ -62,9 +62,13 @@ class Engine {
   // A line for each kind of message, as Tally::Table. Once stopped.
   std::string Table() const { return tally_.Table(); }
 
-  // What came to nothing, one line each: the rules of the scenario that were never set off, and the
-  // messages that neither a rule nor the model had anything for. Once stopped.
+  // What came to nothing, one line each: the rules of the scenario that were never set off; the
+  // requests that neither a rule nor the model had anything for, that a rule took and sent nothing
+  // for, or that a fault kept from being read; the messages that a fault kept from being sent. And
+  // the faults that struck. Once stopped.
   //   "never set off: demo.json:7: rules[2] on REQU_INIT"    "not answered: 3 of REQU_BLOCK_ROUTE"
+  //   "not answered: 1 of REQU_INIT, struck by unread"       "not sent: 2 of RESP_INIT, struck by
+  //   drop"    "faults: unread 1, drop 2"
   std::vector<std::string> Remarks() const;
 
   // The seed of everything that is left to chance; none if nothing is. Once started.
@@ -80,10 +84,13 @@ class Engine {
   void Handle(IpcMessage* message, const platform::CancellationDisabled& disabled);
   std::optional<Block> Read(IpcMessage* message, const platform::CancellationDisabled& disabled);
   void Answer(IpcPeer* client, ReceivedBlock request);
+  void TakeLateEndMarkers();
   void PruneClients();
   void GiveUp(IpcPeer** link, bool sendWaiting);
   IpcServer* OpenServer();
+  IpcMessage* Accept(const platform::CancellationDisabled& disabled);
   void Die(const platform::CancellationDisabled& disabled);
+  void NoteStrike(const Strike& strike);
   void Note(Direction direction, std::uint32_t process, ReceivedBlock block);
   std::chrono::milliseconds SinceStart() const;
 
@@ -101,11 +108,12 @@ class Engine {
   ScenarioThread scenario_;
 
   // Receiving thread, once it runs.
-  Unanswered unanswered_;
+  Losses unanswered_;
   Recorder recorder_;
   RequestFaults requestFaults_;
   bool ending_ = false;          // a REQU_SHUTDOWN has set the alarm clock
-  bool clientsChanged_ = false;  // since the last pruning
+  bool looksAgain_ = false;      // for clients that have just gone
+  int lateEndMarkers_ = 0;       // of messages that were given up
   std::uint64_t connected_ = 0;  // handshakes
 };
 

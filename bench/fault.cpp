@@ -24,6 +24,7 @@ constexpr KindRow kKinds[] = {
     {"miscount", FaultKind::miscount, FaultStage::request},
     {"hang", FaultKind::hang, FaultStage::request},
     {"die", FaultKind::die, FaultStage::request},
+    {"restart", FaultKind::restart, FaultStage::request},
     {"drop", FaultKind::drop, FaultStage::answer},
     {"late", FaultKind::late, FaultStage::answer},
     {"duplicate", FaultKind::duplicate, FaultStage::answer},
@@ -54,16 +55,16 @@ const KindRow& RowOf(FaultKind kind) {
 template <class Number>
 std::optional<Number> Whole(std::string_view text) {
   Number number = 0;
-  const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (fault != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return number;
 }
 
 std::optional<double> Decimal(std::string_view text, double most) {
   double number = 0;
-  const auto [end, fault] =
+  const auto [end, error] =
       std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
-  if (fault != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   if (!(number >= 0 && number <= most)) return std::nullopt;
   return number;
 }
@@ -99,23 +100,44 @@ struct ConditionRow {
   const char* key;
   const char* takes;
   bool (*set)(Fault& fault, std::string_view text);
+  bool (*applies)(FaultKind kind);  // whether the kind has a use for it
 };
+
+bool Always(FaultKind) {
+  return true;
+}
+
+bool HasMessage(FaultKind kind) {
+  return StageOf(kind) != FaultStage::handshake;
+}
+
+bool HasDuration(FaultKind kind) {
+  return kind == FaultKind::slow || kind == FaultKind::hang || kind == FaultKind::die ||
+         kind == FaultKind::restart || kind == FaultKind::late;
+}
+
+bool HasCopies(FaultKind kind) {
+  return kind == FaultKind::flood;
+}
 
 constexpr ConditionRow kConditions[] = {
     {"message", "the name or the number of a message",
-     [](Fault& f, std::string_view text) { return Store(f.message, MessageNumber(text)); }},
+     [](Fault& f, std::string_view text) { return Store(f.message, MessageNumber(text)); },
+     HasMessage},
     {"after", "a whole number",
-     [](Fault& f, std::string_view text) { return Store(f.after, Whole<std::uint64_t>(text)); }},
+     [](Fault& f, std::string_view text) { return Store(f.after, Whole<std::uint64_t>(text)); },
+     Always},
     {"times", "a whole number",
-     [](Fault& f, std::string_view text) { return Store(f.times, Whole<std::uint64_t>(text)); }},
+     [](Fault& f, std::string_view text) { return Store(f.times, Whole<std::uint64_t>(text)); },
+     Always},
     {"from", "seconds, 0 to 86400",
-     [](Fault& f, std::string_view text) { return Store(f.from, Seconds(text)); }},
+     [](Fault& f, std::string_view text) { return Store(f.from, Seconds(text)); }, Always},
     {"until", "seconds, 0 to 86400",
-     [](Fault& f, std::string_view text) { return Store(f.until, Seconds(text)); }},
-    {"probability", "a number from 0 to 1", SetProbability},
+     [](Fault& f, std::string_view text) { return Store(f.until, Seconds(text)); }, Always},
+    {"probability", "a number from 0 to 1", SetProbability, Always},
     {"seconds", "seconds, 0 to 86400",
-     [](Fault& f, std::string_view text) { return Store(f.duration, Seconds(text)); }},
-    {"copies", "a whole number, 0 to 100000", SetCopies},
+     [](Fault& f, std::string_view text) { return Store(f.duration, Seconds(text)); }, HasDuration},
+    {"copies", "a whole number, 0 to 100000", SetCopies, HasCopies},
 };
 
 // Takes the text up to the next comma out of `rest`.
@@ -131,13 +153,57 @@ bool SetCondition(Fault& fault, std::string_view part, std::string& error) {
   const std::string_view key = part.substr(0, equals);
   for (const ConditionRow& row : kConditions) {
     if (row.key != key) continue;
+    if (!row.applies(fault.kind)) {
+      error = row.key + std::string(" has no effect on this kind");
+      return false;
+    }
     if (equals != std::string_view::npos && row.set(fault, part.substr(equals + 1))) return true;
-    error = std::string(FaultName(fault.kind)) + ": " + row.key + " takes " + row.takes;
+    error = std::string(row.key) + " takes " + row.takes;
     return false;
   }
-  error =
-      std::string(FaultName(fault.kind)) + ": no condition '" + std::string(key) + "'; there are";
+  error = "no condition '" + std::string(key) + "'; there are";
   for (const ConditionRow& row : kConditions) error += std::string(" ") + row.key;
+  return false;
+}
+
+// Reads the conditions, none of them twice.
+bool SetConditions(Fault& fault, std::string_view text, std::string& error) {
+  std::vector<std::string_view> keys;
+  while (!text.empty()) {
+    const std::string_view part = TakePart(text);
+    const std::string_view key = part.substr(0, part.find('='));
+    if (std::find(keys.begin(), keys.end(), key) != keys.end()) {
+      error = std::string(key) + " is there twice";
+      return false;
+    }
+    keys.push_back(key);
+    if (!SetCondition(fault, part, error)) return false;
+  }
+  return true;
+}
+
+bool BeginsWith(std::string_view text, std::string_view part) {
+  return text.substr(0, part.size()) == part;
+}
+
+// Whether the message that the fault waits for can come its way. Of some it is not known, by their
+// names, who sends them, and anybody can send any number that isn't in the catalogue.
+bool CanMeetItsMessage(const Fault& fault, std::string& error) {
+  const char* name = fault.message ? FunctionName(*fault.message) : nullptr;
+  if (name == nullptr) return true;
+  const bool isAnswer = BeginsWith(name, "RESP_") || BeginsWith(name, "INFO_");
+  const bool strikesAnswers = StageOf(fault.kind) == FaultStage::answer;
+  if (isAnswer && !strikesAnswers) {
+    error = "strikes requests, and " + std::string(name) + " is none";
+  } else if (BeginsWith(name, "REQU_") && strikesAnswers) {
+    error = "strikes what the engine sends, and " + std::string(name) + " is a request";
+  }
+  return error.empty();
+}
+
+bool HasTime(const Fault& fault, std::string& error) {
+  if (!fault.until || *fault.until > fault.from) return true;
+  error = "until is not behind from";
   return false;
 }
 
@@ -161,10 +227,13 @@ std::optional<Fault> ParseFault(std::string_view text, std::string& error) {
   }
   Fault fault;
   fault.kind = kind->kind;
-  while (!text.empty()) {
-    if (!SetCondition(fault, TakePart(text), error)) return std::nullopt;
+  std::string reason;
+  if (SetConditions(fault, text, reason) && CanMeetItsMessage(fault, reason) &&
+      HasTime(fault, reason)) {
+    return fault;
   }
-  return fault;
+  error = std::string(kind->name) + ": " + reason;
+  return std::nullopt;
 }
 
 Random& ArmedFault::ChanceFor(std::optional<std::int32_t> message) {

@@ -6,10 +6,11 @@
 //   --fault truncate,message=RESP_GET_LIST,probability=0.1
 //   --fault hang,message=REQU_GET_SPELL,after=3,times=1,seconds=20
 //
-// Handshake:  refuse, slow (seconds). Conditions on messages don't apply.
+// Handshake:  refuse, slow (seconds).
 // Requests:   unread (never answered: the client waits 15 seconds), miscount (answered with a wrong
 //             count), hang (the whole engine stands still for `seconds`), die (all connections and
-//             the name are gone for `seconds`).
+//             the name are gone for `seconds`), restart (the same, and the engine has forgotten
+//             what it knew).
 // Answers and notifications: drop, late (by `seconds`), duplicate, reorder (the next ones overtake
 //             it), flood (`copies` more of it), oversize (padded beyond what a tester receives),
 //             unknown (its number becomes one that nobody knows), truncate (cut somewhere), lie (a
@@ -35,6 +36,7 @@ enum class FaultKind {
   miscount,
   hang,
   die,
+  restart,
   drop,
   late,
   duplicate,
@@ -65,7 +67,21 @@ struct Fault {
   std::int32_t copies = 100;
 };
 
-// Reads one. On failure nothing, with the reason in `error`, as "late: seconds: 'x' is no number".
+// What a message too short for a number is taken for: no message has it.
+inline constexpr std::int32_t kNoNumber = -1;
+
+// A fault that has struck.
+struct Strike {
+  FaultKind kind;
+  std::optional<std::int32_t> message{};  // the number of what it struck; none: a handshake, or a
+                                          // message too short for one
+  std::uint32_t process = 0;              // the client; 0 if that isn't known yet
+};
+
+// Reads one. On failure nothing, with the reason in `error`, as "late: seconds takes seconds, 0 to
+// 86400". What could never have an effect is refused, too: a message that doesn't go the fault's
+// way, a condition that the kind has no use for, a condition twice, a time that ends before it
+// begins. A fault that is at zero is right.
 std::optional<Fault> ParseFault(std::string_view text, std::string& error);
 
 // A fault at work: counts, and draws from generators of its own, one for each message number, so

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// The parser reports its events one by one; an iterator that counts line feeds as the parser reads
-// tells the line of each. The parser reads nothing ahead but the one character that ends a number.
+// The parser reports its events one by one and nothing of places. An iterator that tells how far it
+// has read gives the end of what an event is about, and what lies between that and the event before
+// is blanks and separators, behind which it begins. The parser reads nothing ahead but the one
+// character that ends a number.
 #include "bench/json_tree.h"
 
 #include <cstddef>
@@ -11,13 +13,7 @@
 namespace ventrik::bench {
 namespace {
 
-struct Position {
-  int line = 1;
-  int column = 0;  // bytes read of that line
-  char last = '\0';
-};
-
-// Counts what is read into a place that all its copies share.
+// Tells all its copies' maker how many bytes were read.
 class CountingIterator {
  public:
   using iterator_category = std::input_iterator_tag;
@@ -26,15 +22,12 @@ class CountingIterator {
   using pointer = const char*;
   using reference = const char&;
 
-  CountingIterator(const char* at, Position* position) : at_(at), position_(position) {}
+  CountingIterator(const char* at, std::size_t* count) : at_(at), count_(count) {}
 
   reference operator*() const { return *at_; }
   CountingIterator& operator++() {
-    position_->last = *at_++;
-    ++position_->column;
-    if (position_->last != '\n') return *this;
-    ++position_->line;
-    position_->column = 0;
+    ++at_;
+    ++*count_;
     return *this;
   }
   CountingIterator operator++(int) {
@@ -47,11 +40,47 @@ class CountingIterator {
 
  private:
   const char* at_;
-  Position* position_;
+  std::size_t* count_;
 };
 
-// What the parser says of a fault, without its name and the position, which is given back in
-// `position` where the parser knows better.
+struct Position {
+  int line = 1;
+  int column = 1;
+};
+
+// Goes through a text from its beginning, counting lines.
+class Cursor {
+ public:
+  explicit Cursor(std::string_view text) : text_(text) {}
+
+  const Position& position() const { return position_; }
+
+  // Goes on to that many bytes from the beginning.
+  void GoTo(std::size_t offset) {
+    while (offset_ < offset && offset_ < text_.size()) Step();
+  }
+  // Goes on to the next byte that is neither blank nor separator.
+  void GoToToken() {
+    constexpr std::string_view kSkipped = " \t\r\n,:\xEF\xBB\xBF";  // with the byte order mark
+    while (offset_ < text_.size() && kSkipped.find(text_[offset_]) != std::string_view::npos)
+      Step();
+  }
+
+ private:
+  void Step() {
+    ++position_.column;
+    if (text_[offset_++] != '\n') return;
+    ++position_.line;
+    position_.column = 1;
+  }
+
+  std::string_view text_;
+  std::size_t offset_ = 0;
+  Position position_;
+};
+
+// What the parser says of an error, without its name and the position, which is given back in
+// `position`.
 //   "[json.exception.parse_error.101] parse error at line 7, column 2: syntax error ..."
 std::string Reason(std::string_view what, Position& position) {
   const std::size_t name = what.find("] ");
@@ -68,7 +97,10 @@ class Builder {
  public:
   using Json = nlohmann::json;
 
-  explicit Builder(const Position& position) : position_(position) { open_.push_back(&root_); }
+  // `read` is how much of the text the parser has read.
+  Builder(std::string_view text, const std::size_t& read) : read_(read), cursor_(text) {
+    open_.push_back(&root_);
+  }
 
   bool null() { return Add(JsonNode::Kind::Nothing); }
   bool boolean(bool value) {
@@ -102,14 +134,14 @@ class Builder {
   bool start_array(std::size_t) { return Open(JsonNode::Kind::List); }
   bool end_array() { return Close(); }
   bool key(std::string& value) {
-    if (open_.back()->Find(value) != nullptr) return Fail("the key \"" + value + "\" again");
+    keyPosition_ = TakePosition();
+    const bool isThere = open_.back()->Find(value) != nullptr;
     key_ = std::move(value);
-    keyLine_ = position_.line;
-    return true;
+    return !isThere || FailAt(keyPosition_, "the key is there already");
   }
-  bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& fault) {
-    Position position = position_;
-    const std::string reason = Reason(fault.what(), position);
+  bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& thrown) {
+    Position position = TakePosition();
+    const std::string reason = Reason(thrown.what(), position);
     return FailAt(position, reason);
   }
 
@@ -117,40 +149,70 @@ class Builder {
   const std::string& error() const { return error_; }
 
  private:
+  // Where what the present event is about begins.
+  Position TakePosition() {
+    cursor_.GoToToken();
+    const Position position = cursor_.position();
+    cursor_.GoTo(read_);
+    return position;
+  }
   bool Add(JsonNode::Kind kind) {
+    const Position position = TakePosition();
     JsonNode& parent = *open_.back();
     added_ = &parent.nodes.emplace_back();
     added_->kind = kind;
-    const bool isMember = parent.kind == JsonNode::Kind::Object;
-    const bool isNumber = kind == JsonNode::Kind::Integer || kind == JsonNode::Kind::Decimal;
-    added_->line = position_.line - (isNumber && position_.last == '\n' ? 1 : 0);
-    if (!isMember) return true;
-    added_->line = keyLine_;
-    added_->key = std::move(key_);
+    if (parent.kind == JsonNode::Kind::Object) {
+      added_->key = *std::exchange(key_, std::nullopt);
+      added_->line = keyPosition_.line;
+      added_->column = keyPosition_.column;
+    } else {
+      added_->line = position.line;
+      added_->column = position.column;
+    }
     return true;
   }
   bool Open(JsonNode::Kind kind) {
-    if (open_.size() > kMaxJsonDepth) return Fail("too many lists and objects in one another");
     Add(kind);
+    if (open_.size() > kMaxJsonDepth) {
+      return FailAt({added_->line, added_->column}, "too many lists and objects in one another");
+    }
     open_.push_back(added_);
     return true;
   }
   bool Close() {
+    TakePosition();
     open_.pop_back();
     return true;
   }
-  bool Fail(const std::string& reason) { return FailAt(position_, reason); }
   bool FailAt(const Position& position, const std::string& reason) {
-    error_ = std::to_string(position.line) + ":" + std::to_string(position.column) + ": " + reason;
+    const std::string path = Path();
+    error_ = std::to_string(position.line) + ":" + std::to_string(position.column) + ": " +
+             (path.empty() ? "" : path + ": ") + reason;
     return false;
   }
+  // The way to what is open, and to the member whose value is still to come.
+  std::string Path() const {
+    std::string path;
+    for (std::size_t level = 1; level < open_.size(); ++level) {
+      const JsonNode& parent = *open_[level - 1];
+      if (parent.kind == JsonNode::Kind::Object) AddKey(path, open_[level]->key);
+      if (parent.kind != JsonNode::Kind::List) continue;
+      path += "[" + std::to_string(parent.nodes.size() - 1) + "]";
+    }
+    if (key_) AddKey(path, *key_);
+    return path;
+  }
+  static void AddKey(std::string& path, const std::string& key) {
+    path += (path.empty() ? "" : ".") + key;
+  }
 
-  const Position& position_;
-  JsonNode root_;                // its one node will be the tree
-  std::vector<JsonNode*> open_;  // the root and what is not closed yet; only the last one grows
-  JsonNode* added_ = nullptr;    // the newest
-  std::string key_;              // of the next member
-  int keyLine_ = 0;
+  const std::size_t& read_;
+  Cursor cursor_;                   // behind the last event
+  JsonNode root_;                   // its one node will be the tree
+  std::vector<JsonNode*> open_;     // the root and what is not closed yet; only the last one grows
+  JsonNode* added_ = nullptr;       // the newest
+  std::optional<std::string> key_;  // of the next member
+  Position keyPosition_;
   std::string error_;
 };
 
@@ -164,10 +226,10 @@ const JsonNode* JsonNode::Find(std::string_view name) const {
 }
 
 std::optional<JsonNode> ParseJson(std::string_view text, std::string& error) {
-  Position position;
-  Builder builder(position);
-  const CountingIterator begin(text.data(), &position);
-  const CountingIterator end(text.data() + text.size(), &position);
+  std::size_t read = 0;
+  Builder builder(text, read);
+  const CountingIterator begin(text.data(), &read);
+  const CountingIterator end(text.data() + text.size(), &read);
   if (nlohmann::json::sax_parse(begin, end, &builder)) return builder.TakeTree();
   error = builder.error();
   return std::nullopt;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// JSON text as a tree that remembers the line of every value, so that whoever reads the values can
-// say where a wrong one stands.
+// JSON text as a tree that remembers where every value stands, so that whoever reads the values can
+// say where a wrong one is.
 #pragma once
 
 #include <cstddef>
@@ -19,6 +19,7 @@ struct JsonNode {
 
   Kind kind = Kind::Nothing;
   int line = 0;       // of the key of an object's member, of the value itself otherwise; from 1
+  int column = 0;     // of its first byte, in bytes, from 1
   std::string key;    // of an object's member
   bool flag = false;  // Flag
   std::int64_t integer = 0;     // Integer; one too large for it is a Decimal
@@ -30,7 +31,9 @@ struct JsonNode {
   const JsonNode* Find(std::string_view name) const;
 };
 
-// The whole text. On failure nothing, with "LINE:COLUMN: reason" in `error`.
+// The whole text. On failure nothing, with "LINE:COLUMN: PATH: reason" in `error`, where the path
+// is that of the list, object or member which is not complete; it is left out in the outermost one.
+//   "7:12: rules[0].on: syntax error while parsing value - ..."
 std::optional<JsonNode> ParseJson(std::string_view text, std::string& error);
 
 }  // namespace ventrik::bench

@@ -52,7 +52,7 @@ int Check(const std::string& file) {
   std::string error;
   const std::optional<Scenario> scenario = LoadScenario(file, error);
   if (!scenario) return Fail(error);
-  std::printf("%s: %zu rules, no faults\n", file.c_str(), scenario->rules.size());
+  std::printf("%s: %zu rules, no errors\n", file.c_str(), scenario->rules.size());
   return 0;
 }
 

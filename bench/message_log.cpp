@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "bench/message_name.h"
 #include "bench/report.h"
 #include "messages/described_fields.h"
 #include "messages/function_ids.h"
@@ -44,13 +45,17 @@ std::string WithoutControls(const std::string& text) {
   return out;
 }
 
+std::string TimeText(std::chrono::milliseconds sinceStart) {
+  const long long milliseconds = sinceStart.count();
+  std::array<char, 32> text = {};
+  std::snprintf(text.data(), text.size(), "%4lld.%03lld ", milliseconds / 1000,
+                milliseconds % 1000);
+  return text.data();
+}
+
 std::string TextLine(const LoggedMessage& message) {
-  const long long milliseconds = message.sinceStart.count();
-  std::array<char, 64> head = {};
-  std::snprintf(head.data(), head.size(), "%4lld.%03lld %s %u ", milliseconds / 1000,
-                milliseconds % 1000, message.direction == Direction::received ? "<-" : "->",
-                message.process);
-  std::string line = head.data();
+  const char* way = message.direction == Direction::received ? "<- " : "-> ";
+  std::string line = TimeText(message.sinceStart) + way + std::to_string(message.process) + " ";
   const auto fields = DecodeMessage(message.block);
   if (!fields) return line + HexOf(message.block) + "\n";
   line += FunctionName(message.block.Word(0));
@@ -86,10 +91,38 @@ std::string JsonLine(const LoggedMessage& message) {
   return line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
+std::string TextLine(const LoggedStrike& logged) {
+  const Strike& strike = logged.strike;
+  std::string line = TimeText(logged.sinceStart) + "!! ";
+  line += strike.process != 0 ? std::to_string(strike.process) : "-";
+  line += std::string(" ") + FaultName(strike.kind);
+  if (!strike.message) return line + "\n";
+  return line + " " + MessageName(*strike.message) + "\n";
+}
+
+std::string JsonLine(const LoggedStrike& logged) {
+  const Strike& strike = logged.strike;
+  Json line;
+  line["ms"] = logged.sinceStart.count();
+  line["fault"] = FaultName(strike.kind);
+  if (strike.process != 0) line["client"] = strike.process;
+  const char* name = strike.message ? FunctionName(*strike.message) : nullptr;
+  if (name != nullptr) {
+    line["message"] = name;
+  } else if (strike.message) {
+    line["number"] = *strike.message;
+  }
+  return line.dump() + "\n";
+}
+
 }  // namespace
 
 std::string LogLine(const LoggedMessage& message, LogFormat format) {
   return format == LogFormat::json ? JsonLine(message) : TextLine(message);
+}
+
+std::string LogLine(const LoggedStrike& strike, LogFormat format) {
+  return format == LogFormat::json ? JsonLine(strike) : TextLine(strike);
 }
 
 MessageLog::~MessageLog() {
@@ -99,15 +132,15 @@ MessageLog::~MessageLog() {
 bool MessageLog::Open(const std::string& path, LogFormat format, std::string& error) {
   format_ = format;
   file_ = path == "-" ? stdout : std::fopen(path.c_str(), "wbe");
-  if (file_ != nullptr) return true;
+  isOpen_ = file_ != nullptr;
+  if (isOpen_) return true;
   error = path + ": " + std::strerror(errno);
   return false;
 }
 
-void MessageLog::Write(const LoggedMessage& message) {
+void MessageLog::Write(const std::string& line) {
   const std::lock_guard<std::mutex> hold(lock_);
   if (file_ == nullptr) return;
-  const std::string line = LogLine(message, format_);
   const bool written = std::fwrite(line.data(), 1, line.size(), file_) == line.size();
   if (written && std::fflush(file_) == 0) return;
   Report("the log ends here: %s", std::strerror(errno));

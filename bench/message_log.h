@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the engine receives and sends, for a person or a program to read while it happens.
+// What the engine receives and sends, and which faults strike, for a person or a program to read
+// while it happens.
 //
-// One line a message, in one of two forms:
+// One line a message or a strike, in one of two forms:
 //   text     12.345 <- 4711 REQU_GET_SPELL inputEIS='<GEOC>Ger<*>'
 //   json   {"ms":12345,"from":4711,"message":"REQU_GET_SPELL","fields":{"inputEIS":"<GEOC>Ger<*>"}}
 // "<-" and "from" are what a client sent, "->" and "to" what it was sent. A message that is in no
-// catalogue has its number and its bytes in hexadecimal instead.
+// catalogue has its number and its bytes in hexadecimal instead. A fault that strikes comes before
+// the message that it struck, if that is passed on at all:
+//   text     12.345 !! 4711 unread REQU_GET_SPELL         12.345 !! - refuse
+//   json   {"ms":12345,"fault":"unread","client":4711,"message":"REQU_GET_SPELL"}
 #pragma once
 
 #include <chrono>
@@ -14,6 +18,7 @@
 #include <mutex>
 #include <string>
 
+#include "bench/fault.h"
 #include "messages/block_cursor.h"
 
 namespace ventrik::bench {
@@ -32,6 +37,14 @@ struct LoggedMessage {
 // JSON has them; bytes that are no UTF-8 become U+FFFD there. Pure.
 std::string LogLine(const LoggedMessage& message, LogFormat format);
 
+struct LoggedStrike {
+  std::chrono::milliseconds sinceStart;
+  Strike strike;
+};
+
+// The same for a fault that has struck. Pure.
+std::string LogLine(const LoggedStrike& strike, LogFormat format);
+
 class MessageLog {
  public:
   MessageLog() = default;
@@ -45,10 +58,18 @@ class MessageLog {
 
   // Adds a line, at once. Does nothing while no log is open. After the first failure, which is
   // reported on standard error, nothing is written any more. Any thread.
-  void Write(const LoggedMessage& message);
+  void Write(const LoggedMessage& message) { WriteLine(message); }
+  void Write(const LoggedStrike& strike) { WriteLine(strike); }
 
  private:
-  std::mutex lock_;
+  template <class Logged>
+  void WriteLine(const Logged& logged) {
+    if (isOpen_) Write(LogLine(logged, format_));
+  }
+  void Write(const std::string& line);
+
+  bool isOpen_ = false;
+  std::mutex lock_;  // keeps lines apart; of the file alone
   std::FILE* file_ = nullptr;
   LogFormat format_ = LogFormat::text;
 };

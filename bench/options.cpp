@@ -18,9 +18,9 @@ constexpr double kLongestHeartbeat = 86400;  // seconds
 std::optional<std::chrono::milliseconds> ParseSeconds(const std::string& text) {
   double seconds = 0;
   const char* end = text.data() + text.size();
-  const auto [stop, fault] = std::from_chars(text.data(), end, seconds, std::chars_format::fixed);
+  const auto [stop, error] = std::from_chars(text.data(), end, seconds, std::chars_format::fixed);
   const bool inRange = seconds == 0 || (seconds >= 0.001 && seconds <= kLongestHeartbeat);
-  if (fault != std::errc() || stop != end || !inRange) return std::nullopt;
+  if (error != std::errc() || stop != end || !inRange) return std::nullopt;
   return std::chrono::milliseconds(std::llround(seconds * 1000));
 }
 
@@ -33,8 +33,8 @@ std::string CheckSeconds(std::string& text) {
 std::optional<std::uint32_t> ParseSeed(const std::string& text) {
   std::uint32_t seed = 0;
   const char* end = text.data() + text.size();
-  const auto [stop, fault] = std::from_chars(text.data(), end, seed);
-  if (fault != std::errc() || stop != end) return std::nullopt;
+  const auto [stop, error] = std::from_chars(text.data(), end, seed);
+  if (error != std::errc() || stop != end) return std::nullopt;
   return seed;
 }
 
@@ -105,8 +105,8 @@ CommandLineResult ParseCommandLine(int argc, const char* const* argv) {
   } catch (const CLI::CallForVersion&) {
     result.output = ProgramVersion() + "\n";
     return result;
-  } catch (const CLI::ParseError& fault) {
-    result.error = "kelmora-bench: " + std::string(fault.what()) + "\n" + app.help();
+  } catch (const CLI::ParseError& thrown) {
+    result.error = "kelmora-bench: " + std::string(thrown.what()) + "\n" + app.help();
     return result;
   }
   result.run = true;

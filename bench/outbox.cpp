@@ -12,8 +12,17 @@ std::size_t CostOf(const Block& block) {
 
 }  // namespace
 
+Outbox::Lane& Outbox::LaneOf(IpcPeer* client) {
+  for (Lane& lane : lanes_) {
+    if (lane.client == client) return lane;
+  }
+  Lane& lane = lanes_.emplace_back();
+  lane.client = client;
+  return lane;
+}
+
 bool Outbox::Post(IpcPeer* client, Block block, TimePoint due) {
-  Lane& lane = lanes_[client];
+  Lane& lane = LaneOf(client);
   if (lane.mute || lane.retired || lane.bytes + CostOf(block) > kMaxWaitingBytes) return false;
   lane.bytes += CostOf(block);
   lane.waiting.emplace(std::make_pair(due, ++posted_), std::move(block));
@@ -22,27 +31,29 @@ bool Outbox::Post(IpcPeer* client, Block block, TimePoint due) {
 
 void Outbox::Repeat(IpcPeer* client, Block block, TimePoint first,
                     std::chrono::milliseconds period) {
-  Lane& lane = lanes_[client];
+  Lane& lane = LaneOf(client);
   if (lane.repeated || lane.retired) return;
   lane.repeated = Repeated{std::move(block), first, period};
 }
 
 void Outbox::Heard(IpcPeer* client) {
-  Lane& lane = lanes_[client];
+  Lane& lane = LaneOf(client);
   ++lane.heard;
   lane.mute = false;
 }
 
-void Outbox::Mute(IpcPeer* client, std::uint64_t heard) {
-  Lane& lane = lanes_[client];
-  if (lane.heard != heard) return;
+std::size_t Outbox::Mute(IpcPeer* client, std::uint64_t heard) {
+  Lane& lane = LaneOf(client);
+  if (lane.heard != heard) return 0;
+  const std::size_t dropped = lane.waiting.size();
   lane.mute = true;
   lane.waiting.clear();
   lane.bytes = 0;
+  return dropped;
 }
 
 void Outbox::Retire(IpcPeer* client, bool sendWaiting) {
-  Lane& lane = lanes_[client];
+  Lane& lane = LaneOf(client);
   lane.retired = true;
   lane.repeated.reset();
   if (sendWaiting) return;
@@ -71,7 +82,7 @@ Block Outbox::TakeFirst(Lane& lane, TimePoint now) {
   }
   Block block = std::move(lane.waiting.begin()->second);
   lane.waiting.erase(lane.waiting.begin());
-  lane.bytes -= block.size();
+  lane.bytes -= CostOf(block);
   return block;
 }
 
@@ -79,14 +90,14 @@ std::optional<Outbox::Task> Outbox::TakeDue(TimePoint now) {
   auto next = lanes_.end();
   std::optional<std::pair<TimePoint, std::uint64_t>> earliest;
   for (auto lane = lanes_.begin(); lane != lanes_.end(); ++lane) {
-    const auto first = FirstDue(lane->second);
+    const auto first = FirstDue(*lane);
     if (!first || first->first > now || (earliest && *first >= *earliest)) continue;
     earliest = first;
     next = lane;
   }
   if (next == lanes_.end()) return std::nullopt;
-  auto& [client, lane] = *next;
-  Task task{client, std::nullopt, lane.heard};
+  Lane& lane = *next;
+  Task task{lane.client, std::nullopt, lane.heard};
   if (lane.retired && lane.waiting.empty()) {
     lanes_.erase(next);
   } else {
@@ -97,7 +108,7 @@ std::optional<Outbox::Task> Outbox::TakeDue(TimePoint now) {
 
 std::optional<TimePoint> Outbox::NextDue() const {
   std::optional<TimePoint> next;
-  for (const auto& [client, lane] : lanes_) {
+  for (const Lane& lane : lanes_) {
     const auto first = FirstDue(lane);
     if (first && (!next || first->first < *next)) next = first->first;
   }
@@ -106,8 +117,8 @@ std::optional<TimePoint> Outbox::NextDue() const {
 
 std::vector<IpcPeer*> Outbox::Clear() {
   std::vector<IpcPeer*> retired;
-  for (const auto& [client, lane] : lanes_) {
-    if (lane.retired) retired.push_back(client);
+  for (const Lane& lane : lanes_) {
+    if (lane.retired) retired.push_back(lane.client);
   }
   lanes_.clear();
   return retired;

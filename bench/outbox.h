@@ -3,6 +3,7 @@
 //
 // A message is due at a time, and the message that has been due longest comes out first; of those
 // due at the same time the one that was posted first. A message that is due later holds nothing up.
+// Between clients with nothing else to tell them apart, the one that was known first goes first.
 // Time is handed in, nothing here reads a clock, waits or sends. One thread at a time; sender.h has
 // the lock.
 #pragma once
@@ -47,8 +48,9 @@ class Outbox {
   void Heard(IpcPeer* client);
 
   // The client takes no messages: drops what waits for it and all that comes until it is heard
-  // again. Nothing happens if it has been heard since the task with that `heard` was taken.
-  void Mute(IpcPeer* client, std::uint64_t heard);
+  // again. Nothing happens if it has been heard since the task with that `heard` was taken. Returns
+  // how many were dropped.
+  std::size_t Mute(IpcPeer* client, std::uint64_t heard);
 
   // The client is gone, or talks over another record now: nothing more is taken for it. What waits
   // is still sent if `sendWaiting`; then its last task closes the record.
@@ -70,6 +72,7 @@ class Outbox {
     std::chrono::milliseconds period;
   };
   struct Lane {
+    IpcPeer* client = nullptr;
     std::map<std::pair<TimePoint, std::uint64_t>, Block> waiting;  // by due time, then by number
     std::size_t bytes = 0;                                         // of `waiting`
     std::optional<Repeated> repeated;
@@ -81,7 +84,9 @@ class Outbox {
   static std::optional<std::pair<TimePoint, std::uint64_t>> FirstDue(const Lane& lane);
   static Block TakeFirst(Lane& lane, TimePoint now);
 
-  std::map<IpcPeer*, Lane> lanes_;
+  Lane& LaneOf(IpcPeer* client);
+
+  std::vector<Lane> lanes_;   // in the order in which their clients became known
   std::uint64_t posted_ = 0;  // numbers the messages
 };
 

@@ -6,6 +6,7 @@
 
 #include "bench/damage.h"
 #include "messages/block_cursor.h"
+#include "messages/message_buffer.h"
 
 namespace ventrik::bench {
 namespace {
@@ -16,7 +17,8 @@ constexpr std::chrono::milliseconds kOvertaking{100};
 // What all faults together make of one message, at most.
 constexpr std::int32_t kMostCopies = 200'000;
 
-std::int32_t NumberOf(const Block& block) {
+std::optional<std::int32_t> NumberOf(const Block& block) {
+  if (block.size() < kWordSize) return std::nullopt;
   return ReceivedBlock{block.data(), block.size()}.Word(0);
 }
 
@@ -32,20 +34,35 @@ void Outlet::Arm(const std::vector<Fault>& faults, std::uint32_t seed) {
 
 void Outlet::Post(IpcPeer* client, Block block, std::chrono::milliseconds after) {
   Parcel parcel{std::move(block), after};
-  ApplyFaults(parcel);
+  ApplyFaults(*client, parcel);
   for (std::int32_t copy = 1; copy < parcel.copies; ++copy) {
     sender_.Post(client, parcel.block, parcel.after);
   }
   if (parcel.copies > 0) sender_.Post(client, std::move(parcel.block), parcel.after);
 }
 
-void Outlet::ApplyFaults(Parcel& parcel) {
+void Outlet::ApplyFaults(const IpcPeer& client, Parcel& parcel) {
   const std::lock_guard<std::mutex> hold(lock_);
   const auto sinceStart = std::chrono::duration_cast<std::chrono::milliseconds>(
       std::chrono::steady_clock::now() - start_);
-  const std::int32_t number = NumberOf(parcel.block);  // as it was before the first fault
+  const auto number = NumberOf(parcel.block);  // as it was before the first fault
   for (ArmedFault& fault : faults_) {
-    if (fault.Strikes(number, sinceStart)) Commit(fault, parcel);
+    if (!fault.Strikes(number.value_or(kNoNumber), sinceStart)) continue;
+    Commit(fault, parcel);
+    strikes_.push_back({fault.fault().kind, number, client.processId});
+  }
+  if (parcel.copies == 0)
+    lost_.Count(number, std::string("struck by ") + FaultName(FaultKind::drop));
+}
+
+void Outlet::TellStrikes() {
+  std::vector<Strike> strikes;
+  {
+    const std::lock_guard<std::mutex> hold(lock_);
+    strikes.swap(strikes_);
+  }
+  for (const Strike& strike : strikes) {
+    if (onStrike) onStrike(strike);
   }
 }
 
@@ -91,6 +108,11 @@ void Outlet::Commit(ArmedFault& fault, Parcel& parcel) {
 std::string Outlet::FaultsDone() const {
   const std::lock_guard<std::mutex> hold(lock_);
   return DescribeFaultsDone(faults_);
+}
+
+std::vector<std::string> Outlet::Lost() const {
+  const std::lock_guard<std::mutex> hold(lock_);
+  return lost_.Lines();
 }
 
 }  // namespace ventrik::bench

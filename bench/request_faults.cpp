@@ -12,7 +12,7 @@
 namespace ventrik::bench {
 namespace {
 
-constexpr std::size_t kMostUnanswered = 100;      // a client that goes on must not eat the memory
+constexpr std::size_t kMostUnread = 100;          // a client that goes on must not eat the memory
 constexpr std::chrono::seconds kLongestWait{20};  // more than any tester's 15
 constexpr int kRefused = ECONNREFUSED;
 
@@ -25,8 +25,9 @@ Block TakeNumber(const IpcMessage& message, const platform::CancellationDisabled
   return bytes;
 }
 
-std::int32_t NumberOf(const Block& bytes) {
-  return bytes.empty() ? -1 : ReceivedBlock{bytes.data(), bytes.size()}.Word(0);
+std::optional<std::int32_t> NumberOf(const Block& bytes) {
+  if (bytes.empty()) return std::nullopt;
+  return ReceivedBlock{bytes.data(), bytes.size()}.Word(0);
 }
 
 // Answers with one byte less than there was, so that its sender takes it for a failure.
@@ -57,6 +58,7 @@ int RequestFaults::Handshake(std::chrono::milliseconds sinceStart) {
     const Fault& what = fault.fault();
     if (StageOf(what.kind) != FaultStage::handshake) continue;
     if (!fault.Strikes(std::nullopt, sinceStart)) continue;
+    if (onStrike) onStrike({what.kind});
     if (what.kind == FaultKind::refuse) return kRefused;
     std::this_thread::sleep_for(what.duration);
   }
@@ -80,11 +82,13 @@ RequestFaults::Fate RequestFaults::Request(IpcMessage* message,
   GiveUpOld(sinceStart);
   InHand inHand{*this, message, sinceStart};
   takenAhead_ = TakeNumber(*message, disabled);
-  const std::int32_t number = NumberOf(takenAhead_);
+  const auto number = NumberOf(takenAhead_);
+  const std::uint32_t process = message->senderProcess;
   for (ArmedFault& fault : faults_) {
     const Fault& what = fault.fault();
     if (StageOf(what.kind) != FaultStage::request) continue;
-    if (!fault.Strikes(number, sinceStart)) continue;
+    if (!fault.Strikes(number.value_or(kNoNumber), sinceStart)) continue;
+    if (onStrike) onStrike({what.kind, number, process});
     switch (what.kind) {
       case FaultKind::hang: {
         const platform::CancellationAllowed waiting(disabled);
@@ -95,8 +99,9 @@ RequestFaults::Fate RequestFaults::Request(IpcMessage* message,
         Miscount(std::exchange(inHand.message, nullptr));
         return Fate::gone;
       case FaultKind::die:
+      case FaultKind::restart:
         deadFor_ = what.duration;
-        return Fate::die;
+        return what.kind == FaultKind::die ? Fate::die : Fate::restart;
       default:
         return Fate::gone;
     }
@@ -106,21 +111,21 @@ RequestFaults::Fate RequestFaults::Request(IpcMessage* message,
 }
 
 void RequestFaults::Keep(IpcMessage* message, std::chrono::milliseconds since) {
-  unanswered_.push_back({message, since});
-  if (unanswered_.size() > kMostUnanswered) GiveUpOldest();
+  unread_.push_back({message, since});
+  if (unread_.size() > kMostUnread) GiveUpOldest();
 }
 
 void RequestFaults::GiveUpOld(std::chrono::milliseconds now) {
-  while (!unanswered_.empty() && now - unanswered_.front().since > kLongestWait) GiveUpOldest();
+  while (!unread_.empty() && now - unread_.front().since > kLongestWait) GiveUpOldest();
 }
 
 void RequestFaults::GiveUpOldest() {
-  ipc_finish(unanswered_.front().message, EIO);
-  unanswered_.pop_front();
+  ipc_finish(unread_.front().message, EIO);
+  unread_.pop_front();
 }
 
 void RequestFaults::GiveBack() {
-  while (!unanswered_.empty()) GiveUpOldest();
+  while (!unread_.empty()) GiveUpOldest();
 }
 
 std::string RequestFaults::FaultsDone() const {

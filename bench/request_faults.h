@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,6 +25,10 @@ class RequestFaults {
   RequestFaults(const RequestFaults&) = delete;
   RequestFaults& operator=(const RequestFaults&) = delete;
 
+  // Is told of each fault that strikes, before it does what it does. Before the receiving thread
+  // starts.
+  std::function<void(const Strike&)> onStrike;
+
   // Takes the faults that strike handshakes and requests. Before the receiving thread starts.
   void Arm(const std::vector<Fault>& faults, std::uint32_t seed);
 
@@ -31,11 +36,12 @@ class RequestFaults {
   int Handshake(std::chrono::milliseconds sinceStart);
 
   // What to do with a message that has come in and is not read yet.
-  enum class Fate { read, gone, die };
+  enum class Fate { read, gone, die, restart };
 
   // Lets the faults strike: `read` when the caller is to read on behind `takenAhead()`, `gone` when
-  // the message is no longer the caller's, `die` when it is to end all connections for `deadFor()`
-  // and the message is gone. May wait, open to cancellation.
+  // the message is no longer the caller's, `die` and `restart` when it is to end all connections
+  // for `deadFor()`, and the latter to forget what it knows; the message is gone then as well. May
+  // wait, open to cancellation.
   Fate Request(IpcMessage* message, std::chrono::milliseconds sinceStart,
                const platform::CancellationDisabled& disabled);
 
@@ -53,7 +59,7 @@ class RequestFaults {
   std::string FaultsDone() const;
 
  private:
-  struct Unanswered {
+  struct Unread {
     IpcMessage* message;
     std::chrono::milliseconds since;  // the start
   };
@@ -63,7 +69,7 @@ class RequestFaults {
   void GiveUpOldest();
 
   std::vector<ArmedFault> faults_;
-  std::deque<Unanswered> unanswered_;  // oldest first
+  std::deque<Unread> unread_;  // oldest first
   Block takenAhead_;
   std::chrono::milliseconds deadFor_{0};
 };

@@ -220,12 +220,12 @@ bool Scenario::UsesChance() const {
 
 std::optional<Scenario> ParseScenario(std::string_view text, const std::string& file,
                                       std::string& error) {
-  std::string fault;
-  const std::optional<JsonNode> tree = ParseJson(text, fault);
+  std::string reason;
+  const std::optional<JsonNode> tree = ParseJson(text, reason);
   Scenario scenario;
   scenario.file = file;
-  if (tree && ReadScenario({&*tree, "", &fault}, scenario)) return scenario;
-  error = file + ":" + fault;
+  if (tree && ReadScenario({&*tree, "", &reason}, scenario)) return scenario;
+  error = file + ":" + reason;
   return std::nullopt;
 }
 

@@ -54,9 +54,8 @@ struct Scenario {
   bool UsesChance() const;
 };
 
-// Reads a scenario. On failure nothing, with "FILE:LINE: KEY: what is wrong" in `error`, or
-// "FILE:LINE:COLUMN: what is wrong" for what isn't JSON:
-//   "demo.json:7: rules[0].send[1].hex: odd number of digits"
+// Reads a scenario. On failure nothing, with "FILE:LINE:COLUMN: KEY: what is wrong" in `error`:
+//   "demo.json:7:10: rules[0].send[1].hex: odd number of digits"
 std::optional<Scenario> ParseScenario(std::string_view text, const std::string& file,
                                       std::string& error);
 

@@ -88,16 +88,17 @@ std::string FieldList(const MessageLayout& layout) {
 }  // namespace
 
 JsonPlace JsonPlace::Member(const JsonNode& member) const {
-  return {&member, path.empty() ? member.key : path + "." + member.key, fault};
+  return {&member, path.empty() ? member.key : path + "." + member.key, error};
 }
 
 JsonPlace JsonPlace::Element(std::size_t index) const {
-  return {&node->nodes[index], path + "[" + std::to_string(index) + "]", fault};
+  return {&node->nodes[index], path + "[" + std::to_string(index) + "]", error};
 }
 
 bool JsonPlace::Fail(const std::string& what) const {
   const std::string name = path.empty() ? "the scenario" : path;
-  *fault = std::to_string(node->line) + ": " + name + ": " + what;
+  *error =
+      std::to_string(node->line) + ":" + std::to_string(node->column) + ": " + name + ": " + what;
   return false;
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The values of a scenario: places in its JSON that faults are told of, numbers, hexadecimal text,
+// The values of a scenario: places in its JSON that errors are told of, numbers, hexadecimal text,
 // and the fields of a message.
 #pragma once
 
@@ -21,7 +21,7 @@ namespace ventrik::bench {
 struct JsonPlace {
   const JsonNode* node;
   std::string path;    // empty for the whole
-  std::string* fault;  // "LINE: PATH: what is wrong"
+  std::string* error;  // "LINE:COLUMN: PATH: what is wrong"
 
   JsonPlace Member(const JsonNode& member) const;
   JsonPlace Element(std::size_t index) const;

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "messages/function_ids.h"
+#include "bench/message_name.h"
 #include "messages/message_buffer.h"
 
 namespace ventrik::bench {
@@ -62,8 +62,7 @@ std::string PathOf(std::size_t rule) {
 std::string OccasionOf(const ScenarioRule& rule) {
   if (rule.period) return "every " + std::to_string(rule.period->count()) + " ms";
   if (!rule.message) return "on connect";
-  const char* name = FunctionName(*rule.message);
-  return "on " + (name != nullptr ? std::string(name) : std::to_string(*rule.message));
+  return "on " + MessageName(*rule.message);
 }
 
 }  // namespace

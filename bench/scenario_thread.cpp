@@ -27,17 +27,22 @@ void ScenarioThread::Stop() {
 
 void ScenarioThread::Connected(IpcPeer* client) {
   if (!run_) return;
-  const std::lock_guard<std::mutex> hold(lock_);
-  Post(client, run_->Connected().posts);
+  {
+    const std::lock_guard<std::mutex> hold(lock_);
+    Post(client, run_->Connected().posts);
+  }
+  outlet_.TellStrikes();
 }
 
 // The periods begin when the answer to REQU_INIT is there, as the heartbeat's do.
 ScenarioThread::Handled ScenarioThread::Handle(IpcPeer* client, ReceivedBlock message) {
-  if (!run_) return {false, false};
+  if (!run_) return {false, false, false};
   ScenarioRun::Outcome outcome;
+  bool isAnswered = false;
   {
     const std::lock_guard<std::mutex> hold(lock_);
     outcome = run_->Received(message);
+    isAnswered = !outcome.posts.empty();
     Post(client, std::move(outcome.posts));
     if (message.Word(0) == REQU_INIT) {
       run_->Begin(client, std::chrono::steady_clock::now() + kAnswerTime);
@@ -45,7 +50,8 @@ ScenarioThread::Handled ScenarioThread::Handle(IpcPeer* client, ReceivedBlock me
     if (message.Word(0) == REQU_SHUTDOWN) run_->End(client);
   }
   changed_.notify_one();
-  return {outcome.isRuled, outcome.isInstead};
+  outlet_.TellStrikes();
+  return {outcome.isRuled, outcome.isInstead, isAnswered};
 }
 
 void ScenarioThread::Forget(IpcPeer* client) {
@@ -71,6 +77,10 @@ void ScenarioThread::Run() {
          run_->TakePeriods(std::chrono::steady_clock::now())) {
       Post(outcome.client, std::move(outcome.posts));
     }
+    hold.unlock();
+    outlet_.TellStrikes();
+    hold.lock();
+    if (stopping_) break;
     if (const auto next = run_->NextPeriod()) {
       changed_.wait_until(hold, *next);
     } else {

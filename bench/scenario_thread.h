@@ -3,7 +3,8 @@
 // thread of its own sees to what is sent every period.
 //
 // One lock is held around the scenario and around posting what comes of it, so that nothing is
-// posted to a client that is being forgotten. It is taken before the sending thread's own lock.
+// posted to a client that is being forgotten. It is taken before the locks of the outlet and the
+// sending thread; nothing is written under it.
 #pragma once
 
 #include <pthread.h>
@@ -24,8 +25,9 @@ class ScenarioThread {
  public:
   // What the engine must know of a message that was handled.
   struct Handled {
-    bool isRuled;    // some rule was set off
-    bool isInstead;  // the engine's own answer is left out
+    bool isRuled;     // some rule was set off
+    bool isInstead;   // the engine's own answer is left out
+    bool isAnswered;  // some rule sends something
   };
 
   // `outlet` outlives it. Without a scenario nothing happens.

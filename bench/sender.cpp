@@ -4,6 +4,7 @@
 // be cancelled, so Stop() wakes it up instead.
 #include "bench/sender.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -60,13 +61,12 @@ void Sender::Stop() {
 }
 
 void Sender::Post(IpcPeer* client, Block block, std::chrono::milliseconds after) {
-  const TimePoint due = std::chrono::steady_clock::now() + after;
-  bool taken = false;
+  const TimePoint now = std::chrono::steady_clock::now();
   {
     const std::lock_guard<std::mutex> hold(lock_);
-    taken = outbox_.Post(client, std::move(block), due);
+    const bool taken = outbox_.Post(client, std::move(block), now + after);
+    if (!taken) drops_.Count(client->processId, 1, now);
   }
-  if (!taken) Report("a message to process %u was dropped", client->processId);
   changed_.notify_one();
 }
 
@@ -100,7 +100,11 @@ void* Sender::Body(void* sender) {
 
 void Sender::Run() {
   const platform::CancellationDisabled disabled;
-  while (const std::optional<Outbox::Task> task = WaitForTask()) {
+  std::optional<Outbox::Task> task;
+  std::vector<std::string> reports;
+  while (WaitForWork(task, reports)) {
+    for (const std::string& report : reports) Report("%s", report.c_str());
+    if (!task) continue;
     if (task->block) {
       Send(*task, disabled);
     } else {
@@ -109,17 +113,33 @@ void Sender::Run() {
   }
 }
 
-std::optional<Outbox::Task> Sender::WaitForTask() {
+// Expects lock_ held.
+std::optional<TimePoint> Sender::NextWork() const {
+  const auto task = outbox_.NextDue();
+  const auto report = drops_.NextEnd();
+  if (!task || !report) return task ? task : report;
+  return std::min(*task, *report);
+}
+
+// Returns false when the thread is to end.
+bool Sender::WaitForWork(std::optional<Outbox::Task>& task, std::vector<std::string>& reports) {
   std::unique_lock<std::mutex> hold(lock_);
   for (;;) {
-    if (stopping_) return std::nullopt;
-    if (auto task = outbox_.TakeDue(std::chrono::steady_clock::now())) return task;
-    if (const auto next = outbox_.NextDue()) {
+    if (stopping_) return false;
+    const TimePoint now = std::chrono::steady_clock::now();
+    task = outbox_.TakeDue(now);
+    reports = drops_.TakeOver(now);
+    if (task || !reports.empty()) return true;
+    if (const auto next = NextWork()) {
       changed_.wait_until(hold, *next);
     } else {
       changed_.wait(hold);
     }
   }
+}
+
+void Sender::ReportDrops() {
+  for (const std::string& report : drops_.TakeAll()) Report("%s", report.c_str());
 }
 
 void Sender::Send(const Outbox::Task& task, const platform::CancellationDisabled& disabled) {
@@ -138,7 +158,8 @@ void Sender::Send(const Outbox::Task& task, const platform::CancellationDisabled
   Report("process %u takes no messages; what is due to it is dropped until its next REQU_INIT",
          task.client->processId);
   const std::lock_guard<std::mutex> hold(lock_);
-  outbox_.Mute(task.client, task.heard);
+  const std::size_t waiting = outbox_.Mute(task.client, task.heard);
+  drops_.Count(task.client->processId, waiting, std::chrono::steady_clock::now());
 }
 
 }  // namespace ventrik::bench

@@ -17,7 +17,10 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <string>
+#include <vector>
 
+#include "bench/drop_bursts.h"
 #include "bench/outbox.h"
 #include "platform/cancellation.h"
 
@@ -41,7 +44,8 @@ class Sender {
   // more is sent but the end of a message whose beginning was taken. Main thread.
   void Stop();
 
-  // As in outbox.h, any thread. What is dropped is reported on standard error.
+  // As in outbox.h, any thread. What is dropped is reported on standard error by the thread, a line
+  // for many (drop_bursts.h). None of these writes or waits, so that the caller may hold a lock.
   void Post(IpcPeer* client, Block block, std::chrono::milliseconds after);
   void Repeat(IpcPeer* client, Block block, std::chrono::milliseconds after,
               std::chrono::milliseconds period);
@@ -51,14 +55,19 @@ class Sender {
   // Messages that were taken by their clients. Once the thread has ended.
   std::uint64_t sent() const { return sent_; }
 
+  // Reports what was dropped and not reported yet. Once the thread has ended.
+  void ReportDrops();
+
  private:
   static void* Body(void* sender);
   void Run();
-  std::optional<Outbox::Task> WaitForTask();
+  bool WaitForWork(std::optional<Outbox::Task>& task, std::vector<std::string>& reports);
+  std::optional<TimePoint> NextWork() const;
   void Send(const Outbox::Task& task, const platform::CancellationDisabled& disabled);
 
-  std::mutex lock_;  // of the next three
+  std::mutex lock_;  // of the next four
   Outbox outbox_;
+  DropBursts drops_;
   bool stopping_ = false;
   std::condition_variable changed_;
 

@@ -12,7 +12,7 @@
 #include <cstring>
 #include <utility>
 
-#include "bench/model/shared_surface.h"
+#include "bench/picture/shared_surface.h"
 #include "bench/report.h"
 
 namespace ventrik::bench {
@@ -82,9 +82,9 @@ bool SharedPicture::Create() {
   if (object_ == -1) return false;
   flock(object_, LOCK_EX);
   if (WriteAll(object_, SharedTestPicture())) return true;
-  const int fault = errno;
+  const int error = errno;
   Remove();
-  errno = fault;
+  errno = error;
   return false;
 }
 

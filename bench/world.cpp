@@ -161,8 +161,8 @@ std::optional<World> World::Parse(std::string_view text, std::string& error) {
     const std::string_view line = text.substr(0, text.find('\n'));
     text.remove_prefix(std::min(line.size() + 1, text.size()));
     if (line.empty() || line.front() == '#') continue;
-    if (const char* fault = AddPlace(world, line)) {
-      error = "line " + std::to_string(number) + ": " + fault;
+    if (const char* reason = AddPlace(world, line)) {
+      error = "line " + std::to_string(number) + ": " + reason;
       return std::nullopt;
     }
   }

@@ -53,8 +53,8 @@ struct Country {
 struct World {
   std::vector<Country> countries;  // everything in the order of the text
 
-  // All of `text`, or nothing and the first fault in `error`, as "line 12: bad latitude". A text
-  // without places is a fault. Names are the same when they are spelled alike (letters.h).
+  // All of `text`, or nothing and the first error in `error`, as "line 12: bad latitude". A text
+  // without places is an error. Names are the same when they are spelled alike (letters.h).
   static std::optional<World> Parse(std::string_view text, std::string& error);
 };
 

@@ -115,7 +115,8 @@ std::uint32_t ipc_length(const IpcMessage* message);
 // it answers the data part with the count; wanting more, it waits for the next part or the end
 // marker on channel 1. Returns 0 once `size` bytes are there, the count of bytes if the end marker
 // came first, or -1 if no more can come: the channel is gone, or the sender gave up before it was
-// answered and so will send no end marker. A size of 0 gives 0.
+// answered and so will send no end marker. In a server also, with errno ETIMEDOUT, if nothing more
+// has come for 10 seconds. A size of 0 gives 0.
 int ipc_read(IpcMessage* message, void* buffer, std::size_t size);
 
 // Answers what is still unanswered, with 0 or with the error `status`, and gives the object back.

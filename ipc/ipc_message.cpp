@@ -15,6 +15,7 @@ constexpr int kPoolLimit = 4;
 
 // How often a server that waits for an end marker asks whether the sender's process is still there.
 constexpr std::uint64_t kSenderCheckInterval = 1'000'000'000;  // nanoseconds
+constexpr int kMostSenderChecks = 10;                          // less than any sender waits
 
 struct Pool {
   std::mutex lock;
@@ -40,9 +41,10 @@ bool SenderIsGone(const IpcMessage& message) {
 }
 
 // MsgReceive on the channel of the next part. A server doesn't wait for a process that has died in
-// the middle of a message; a client waits for its server.
+// the middle of a message, nor for long for one that lives: it may have lost its connection there,
+// and be waiting for this server to take its next handshake. A client waits for its server.
 int ReceiveRecord(const IpcMessage& message, IpcControlRecord& record) {
-  for (;;) {
+  for (int checks = 1;; ++checks) {
     record = {};
     if (message.server != nullptr) {
       struct sigevent unblock = {};
@@ -52,6 +54,9 @@ int ReceiveRecord(const IpcMessage& message, IpcControlRecord& record) {
     const int id = MsgReceive(message.channels[message.partIndex], &record, sizeof record, nullptr);
     if (id >= 0 || errno != ETIMEDOUT) return id;
     if (SenderIsGone(message)) return -1;
+    if (checks < kMostSenderChecks) continue;
+    errno = ETIMEDOUT;
+    return -1;
   }
 }
 

@@ -48,16 +48,6 @@ void EndPrompt(AudioState& audio, Replies& out) {
   if (wasSpoken) out.Notify(INFO_ACTIVE_AUDIO_SRC, ActiveSourceFields(audio));
 }
 
-// Guidance falls silent, but for what it is saying.
-void DropGuidancePrompts(AudioState& audio, Replies& out) {
-  if (audio.phase == PromptPhase::announced && audio.prompts.front() == kAudioAutomatic) {
-    EndPrompt(audio, out);
-  }
-  const auto waiting = audio.prompts.begin() + (audio.phase == PromptPhase::none ? 0 : 1);
-  audio.prompts.erase(std::remove(waiting, audio.prompts.end(), kAudioAutomatic),
-                      audio.prompts.end());
-}
-
 bool IsSwitchedOn(const EngineState& state, std::int32_t source) {
   switch (source) {
     case kAudioAutomatic:
@@ -97,9 +87,7 @@ void HandleSetAda(EngineState& state, const MessageFields& request, TimePoint no
   AudioState& audio = state.audio;
   audio.adaIsEnabled = Get<std::int32_t>(request, "onOff") == kYes;
   out.Notify(INFO_ADA_IS_ENABLED, AdaFields(audio));
-  if (audio.adaIsEnabled) return;
-  DropGuidancePrompts(audio, out);
-  AnnounceFirst(audio, now, out);
+  if (!audio.adaIsEnabled) DropGuidancePrompts(state, now, out);
 }
 
 void HandleCancelAda(EngineState& state, const MessageFields&, TimePoint now, Replies& out) {
@@ -143,6 +131,17 @@ void EndWhatIsOver(EngineState& state, TimePoint now, Replies& out) {
 void AnnouncePrompt(EngineState& state, std::int32_t audioSource, TimePoint now, Replies& out) {
   if (!IsSwitchedOn(state, audioSource) || !HasRoom(state.audio)) return;
   AddPrompt(state.audio, audioSource, now, out);
+}
+
+void DropGuidancePrompts(EngineState& state, TimePoint now, Replies& out) {
+  AudioState& audio = state.audio;
+  if (audio.phase == PromptPhase::announced && audio.prompts.front() == kAudioAutomatic) {
+    EndPrompt(audio, out);
+  }
+  const auto waiting = audio.prompts.begin() + (audio.phase == PromptPhase::none ? 0 : 1);
+  audio.prompts.erase(std::remove(waiting, audio.prompts.end(), kAudioAutomatic),
+                      audio.prompts.end());
+  AnnounceFirst(audio, now, out);
 }
 
 void RestoreAudio(EngineState& state, Replies& out) {

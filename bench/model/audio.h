@@ -56,6 +56,10 @@ struct AudioState {
 // many wait.
 void AnnouncePrompt(EngineState& state, std::int32_t audioSource, TimePoint now, Replies& out);
 
+// Guidance falls silent, but for what it is saying: what it has announced and what waits is
+// dropped.
+void DropGuidancePrompts(EngineState& state, TimePoint now, Replies& out);
+
 // Ends all prompts, sets everything back and tells everyone of what this changed.
 void RestoreAudio(EngineState& state, Replies& out);
 

@@ -31,7 +31,7 @@ struct EngineState {
   std::string pictureFolder;  // where screen shots go; empty: they are refused
   std::string overlayFolder;  // where overlay surfaces go as pictures; empty: nowhere
 
-  // A line for the person at the engine.
+  // A line for the person at the engine. May be called by any thread, and writes nothing at once.
   std::function<void(const std::string& text)> report = [](const std::string&) {};
 
   SettingsState settings;

@@ -14,10 +14,9 @@
 namespace ventrik::bench {
 namespace {
 
-constexpr double kArrival = 50;     // metres before a waypoint at which it is reached
-constexpr double kDemoArrival = 1;  // the same in demo mode, which ends exactly there
-constexpr double kOffRoute = 100;   // metres from the route's beginning that call for a new one
-constexpr double kNear = 300;       // metres at which a manoeuvre is announced, at least
+constexpr double kArrival = 50;            // metres before a waypoint at which it is reached
+constexpr double kDemoArrival = 1;         // the same in demo mode, which ends exactly there
+constexpr double kNear = 300;              // metres at which a manoeuvre is announced, at least
 constexpr double kLongSegment = 10'000;    // metres between manoeuvres; such ones have lanes
 constexpr double kShortDriveTicks = 40;    // 10 s
 constexpr double kLongDriveTicks = 80;     // 20 s
@@ -164,6 +163,21 @@ double ProgressAt(const Route& shape, const Position& position, double before) {
   return std::max(before, std::min(progress, end - kArrival - 1));
 }
 
+// Whether the vehicle, which has come to `before` and is at `position` now, has left the route for
+// good.
+bool HasLeft(GuidanceState& guidance, const Route& shape, const Position& position, double before,
+             TimePoint now) {
+  const double end = NextArrival(shape, before).value_or(shape.Length());
+  const double nearest = NearestAlong(shape, position, before, end);
+  if (DistanceMetres(PositionAt(shape, nearest), position) <= kOffRoute) {
+    guidance.offRoute.reset();
+    return false;
+  }
+  if (!guidance.offRoute) guidance.offRoute = OffRoute{now, position};
+  return now - guidance.offRoute->since >= kOffRoutePatience ||
+         DistanceMetres(guidance.offRoute->at, position) >= kOffRouteWay;
+}
+
 // The pace of a drive over what is left of the route.
 void SetPace(GuidanceState& guidance, const TripRoute& route, TimePoint now) {
   const double length = route.shape->Length() - guidance.progress;
@@ -178,6 +192,7 @@ void Begin(EngineState& state, const TripRoute& route, TimePoint now, Replies& o
   guidance.progress = 0;
   guidance.passed = 0;
   guidance.announced = 0;
+  guidance.offRoute.reset();
   SetPace(guidance, route, now);
   TellActiveRoute(state, out);
   TellProgress(state, now, out);
@@ -242,8 +257,9 @@ void HandleStart(EngineState& state, const MessageFields& request, TimePoint now
   Pursue(state, now, out);
 }
 
-void HandleStop(EngineState& state, const MessageFields&, TimePoint, Replies& out) {
+void HandleStop(EngineState& state, const MessageFields&, TimePoint now, Replies& out) {
   EndGuidance(state, out);
+  DropGuidancePrompts(state, now, out);
 }
 
 bool IsOnEarth(const Position& position) {
@@ -314,11 +330,18 @@ void Reroute(EngineState& state, TimePoint now) {
 
 void DriveVehicle(EngineState& state, const Motion& motion, TimePoint now, Replies& out) {
   GuidanceState& guidance = state.guidance;
-  if (const TripRoute* route = ActiveRoute(state)) {
+  const TripRoute* route = ActiveRoute(state);
+  bool hasLeft = false;
+  if (route != nullptr) {
+    hasLeft = HasLeft(guidance, *route->shape, motion.position, guidance.progress, now);
     guidance.progress = ProgressAt(*route->shape, motion.position, guidance.progress);
   }
   MoveVehicle(state, motion, out);
-  TellProgress(state, now, out);
+  if (hasLeft) {
+    Reroute(state, now);
+  } else {
+    TellProgress(state, now, out);
+  }
 }
 
 std::optional<std::int32_t> NearJunction(const EngineState& state) {

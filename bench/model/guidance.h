@@ -15,7 +15,8 @@
 // In demo mode a guided vehicle drives by itself, in a time lapse: four moves a second, 10 to 20
 // seconds for the whole route, as it is long. Speeds and times that are told are those of a drive
 // on roads. If guidance starts, or demo mode puts the vehicle, away from the route, the route is
-// first calculated anew from there.
+// first calculated anew from there. So it is when GPS has had the vehicle away from the route for
+// a while or a way, be it that it turned off or that it turned back.
 #pragma once
 
 #include <cstddef>
@@ -29,18 +30,30 @@ namespace ventrik::bench {
 
 inline constexpr Milliseconds kDriveTick{250};  // between two moves of a demo drive
 
+inline constexpr double kOffRoute = 100;  // metres from the route that are too far:
+inline constexpr Milliseconds kOffRoutePatience{
+    5000};                                   // at the start of a route at once, on the way
+inline constexpr double kOffRouteWay = 300;  // after that time or so many metres of it
+
+// Where the vehicle was first seen off the route.
+struct OffRoute {
+  TimePoint since;
+  Position at;
+};
+
 struct GuidanceState {
   bool demo = false;
   std::int32_t handle = 0;  // of the route that is wanted; 0: none
   bool active = false;      // guiding; not yet, while the wanted route is calculated
 
   // While guiding, in the route's shape.
-  double progress = 0;        // metres
-  std::size_t passed = 0;     // waypoints
-  std::size_t announced = 0;  // manoeuvres
-  bool onHighway = false;     // as it was told
-  double step = 0;            // metres to each tick of a demo drive
-  TimePoint nextStep{};       // in demo mode
+  double progress = 0;               // metres
+  std::size_t passed = 0;            // waypoints
+  std::size_t announced = 0;         // manoeuvres
+  bool onHighway = false;            // as it was told
+  std::optional<OffRoute> offRoute;  // none: on the route
+  double step = 0;                   // metres to each tick of a demo drive
+  TimePoint nextStep{};              // in demo mode
 };
 
 // Ends guidance and the wish for it, and says that there is no active route.

@@ -58,8 +58,8 @@ bool IsAmong(const std::string_view* begin, const std::string_view* end, std::st
 std::optional<std::int32_t> ParseNumber(std::string_view text) {
   std::int32_t number = 0;
   const char* end = text.data() + text.size();
-  const auto [stop, fault] = std::from_chars(text.data(), end, number);
-  if (fault != std::errc() || stop != end) return std::nullopt;
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || stop != end) return std::nullopt;
   return number;
 }
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "bench/model/map_view.h"
-#include "bench/model/png_file.h"
+#include "bench/picture/png_file.h"
 #include "bench/world.h"
 
 namespace ventrik::bench {

@@ -12,6 +12,7 @@ constexpr double kMetresPerDegree = 111'195;  // of latitude
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 constexpr double kPixelsPerSpeed = 10;  // a second
 constexpr double kMargin = 1.2;         // of a frame around what it frames
+constexpr int kSinglePlaceZoom = 5000;  // metres, for a town to be seen with what is around it
 
 double WrapLongitude(double longitude) {
   return std::remainder(longitude, 360);
@@ -80,6 +81,7 @@ Framing FrameOf(const std::vector<Position>& places) {
       AsCentre({(west->longitude + east->longitude) / 2, (south->latitude + north->latitude) / 2});
   const double width = (east->longitude - west->longitude) * MetresPerLongitude(centre);
   const double height = (north->latitude - south->latitude) * kMetresPerDegree;
+  if (width <= 0 && height <= 0) return {centre, kSinglePlaceZoom};
   const double zoom = kMargin * std::max(width, height * kMapWidth / kMapHeight);
   return {centre, static_cast<int>(std::clamp<double>(std::ceil(zoom), kClosestZoom, kWidestZoom))};
 }

@@ -55,7 +55,8 @@ Position PositionAt(const Position& centre, int zoom, const MapPoint& point);
 MapPoint PointOf(const Position& centre, int zoom, const Position& place);
 MapArea AreaOf(const Position& centre, int zoom);
 
-// The centre and the zoom with which all places are seen. At least one place.
+// The centre and the zoom with which all places are seen, and a single one with its surroundings.
+// At least one place.
 struct Framing {
   Position centre;
   int zoom;

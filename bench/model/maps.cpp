@@ -183,10 +183,12 @@ void HandleScreenShot(EngineState& state, const MessageFields& request, TimePoin
                       Replies& out) {
   const std::string& map = Get<std::string>(request, "map");
   const std::string& fileName = Get<std::string>(request, "filename");
-  const bool valid = TakeScreenShot(state, MapIdOf(map), fileName, now);
-  out.Answer(RESP_SCREEN_SHOT,
-             {{"map", map}, {"validState", YesOrNo(valid)}, {"filename", fileName}},
-             {"map", "filename"});
+  const auto take = ScreenShotOf(state, MapIdOf(map), fileName, now);
+  const auto answer = [map, fileName, take]() -> MessageFields {
+    const bool valid = take && take();
+    return {{"map", map}, {"validState", YesOrNo(valid)}, {"filename", fileName}};
+  };
+  out.AnswerLater(RESP_SCREEN_SHOT, answer, {"map", "filename"});
 }
 
 void HandlePickInfo(EngineState& state, const MessageFields& request, TimePoint now, Replies& out) {

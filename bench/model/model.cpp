@@ -36,11 +36,11 @@ bool Model::Handles(std::int32_t request) {
   return FindHandler(request) != nullptr;
 }
 
-std::vector<Outgoing> Model::Handle(ReceivedBlock request, TimePoint now) {
+std::vector<Outgoing> Model::Handle(ReceivedBlock request, TimePoint now, ClientNumber client) {
   const HandlerRow* row = FindHandler(request.Word(0));
   const auto fields = DecodeMessage(request);
   if (row == nullptr || !fields) return {};
-  Replies out;
+  Replies out(client);
   row->handle(state_, *fields, now, out);
   return out.Take();
 }

@@ -16,13 +16,21 @@ class Model {
  public:
   // `world` outlives the model.
   explicit Model(const World& world) : state_(world) {}
+  // Removes what the testers that it served have left for it to remove.
+  ~Model() { RemoveSurfaces(state_); }
+  Model(const Model&) = delete;
+  Model& operator=(const Model&) = delete;
 
   // Whether some subject answers requests of that number, or takes note of them.
   static bool Handles(std::int32_t request);
 
-  // The messages to send for a request, in order. Any bytes will do; what a request is too short
-  // for counts as 0 or empty, and what nobody handles gives nothing.
-  std::vector<Outgoing> Handle(ReceivedBlock request, TimePoint now);
+  // The messages to send for a request of that client, in order. Any bytes will do; what a request
+  // is too short for counts as 0 or empty, and what nobody handles gives nothing.
+  std::vector<Outgoing> Handle(ReceivedBlock request, TimePoint now,
+                               ClientNumber client = kNoClient);
+
+  // The client is gone, or has shut down: nothing is to be told to it alone any more.
+  void Forget(ClientNumber client) { ForgetClient(state_, client); }
 
   // When Tick wants to be called next; none while nothing is under way.
   std::optional<TimePoint> NextTick() const;

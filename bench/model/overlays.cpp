@@ -8,8 +8,8 @@
 #include "bench/eis.h"
 #include "bench/model/engine_state.h"
 #include "bench/model/map_controls.h"
-#include "bench/model/png_file.h"
-#include "bench/model/shared_surface.h"
+#include "bench/picture/png_file.h"
+#include "bench/picture/shared_surface.h"
 
 namespace ventrik::bench {
 namespace {
@@ -24,11 +24,15 @@ void TellEnd(const std::string& sid, Replies& out) {
   out.Notify(INFO_MAP_OVERLAY_SURFACE_INVALID, {{"eis", SurfaceText(sid)}});
 }
 
-// Tells of and forgets those for which `isOver` holds, in their order.
+// Ends those for which `isOver` holds, in their order. The tester leaves its memory object behind
+// for whoever uses it, so it is taken away here: before its end is told, lest the tester that is
+// told has made a new one of that name by then.
 template <class Condition>
 void EndSurfaces(std::vector<Surface>& surfaces, Condition isOver, Replies& out) {
   for (const Surface& surface : surfaces) {
-    if (isOver(surface)) TellEnd(surface.sid, out);
+    if (!isOver(surface)) continue;
+    RemoveSurface(surface.sid);
+    TellEnd(surface.sid, out);
   }
   surfaces.erase(std::remove_if(surfaces.begin(), surfaces.end(), isOver), surfaces.end());
 }
@@ -70,6 +74,7 @@ void HandleSurface(EngineState& state, const MessageFields& request, TimePoint n
   std::vector<Surface>& surfaces = state.overlays.surfaces;
   if (surfaces.size() >= kMostSurfaces) {
     Refuse(state, sid, "there are " + std::to_string(surfaces.size()) + " in use", out);
+    RemoveSurface(sid);
     return;
   }
   std::string error;
@@ -108,6 +113,10 @@ void EndSurfacesOf(EngineState& state, const std::string& mapId, Replies& out) {
   EndSurfaces(
       state.overlays.surfaces, [&mapId](const Surface& surface) { return surface.mapId == mapId; },
       out);
+}
+
+void RemoveSurfaces(const EngineState& state) {
+  for (const Surface& surface : state.overlays.surfaces) RemoveSurface(surface.sid);
 }
 
 HandlerRows OverlaysHandlers() {

@@ -7,7 +7,7 @@
 
 #include "bench/model/engine_state.h"
 #include "bench/model/map_picture.h"
-#include "bench/model/png_file.h"
+#include "bench/picture/png_file.h"
 
 namespace ventrik::bench {
 namespace {
@@ -19,7 +19,7 @@ std::vector<Position> PositionsOf(const std::vector<MapItem>& items) {
   return positions;
 }
 
-Picture PictureOf(const EngineState& state, const EngineMap& map, TimePoint now) {
+MapContents ContentsOf(const EngineState& state, const EngineMap& map, TimePoint now) {
   MapContents contents{};
   contents.centre = CentreOf(state, map, now);
   contents.zoom = map.view.zoom;
@@ -28,19 +28,22 @@ Picture PictureOf(const EngineState& state, const EngineMap& map, TimePoint now)
   if (map.highlighted) contents.highlighted = contents.items;
   for (const MapItem& item : map.temporaryItems) contents.items.push_back(item.position);
   contents.junctionView = map.junction > 0;
-  return DrawMap(state.world, contents);
+  return contents;
 }
 
 }  // namespace
 
-bool TakeScreenShot(const EngineState& state, const std::string& mapId, const std::string& fileName,
-                    TimePoint now) {
+std::function<bool()> ScreenShotOf(const EngineState& state, const std::string& mapId,
+                                   const std::string& fileName, TimePoint now) {
   const EngineMap* map = FindShownMap(state, mapId);
-  if (map == nullptr || state.pictureFolder.empty() || !IsPlainFileName(fileName)) return false;
-  std::string error;
-  if (SavePng(state.pictureFolder, fileName, PictureOf(state, *map, now), error)) return true;
-  state.report(error);
-  return false;
+  if (map == nullptr || state.pictureFolder.empty() || !IsPlainFileName(fileName)) return nullptr;
+  return [&world = state.world, contents = ContentsOf(state, *map, now),
+          folder = state.pictureFolder, fileName, report = state.report] {
+    std::string error;
+    const bool saved = SavePng(folder, fileName, DrawMap(world, contents), error);
+    if (!saved) report(error);
+    return saved;
+  };
 }
 
 }  // namespace ventrik::bench

@@ -22,7 +22,8 @@ void HandleInit(EngineState&, const MessageFields&, TimePoint, Replies& out) {
   out.Answer(RESP_INIT, {{"result", 0}});
 }
 
-void HandleShutdown(EngineState&, const MessageFields&, TimePoint, Replies& out) {
+void HandleShutdown(EngineState& state, const MessageFields&, TimePoint, Replies& out) {
+  ForgetClient(state, out.requester());
   out.Answer(RESP_SHUTDOWN, {});
 }
 
@@ -32,18 +33,18 @@ void RestoreMaps(EngineState& state, Replies& out) {
 }
 
 // A package that is being loaded goes on: whoever sends it waits for its end.
-void HandleRestoreFactory(EngineState& state, const MessageFields&, TimePoint, Replies& out) {
+void HandleRestoreFactory(EngineState& state, const MessageFields&, TimePoint now, Replies& out) {
   out.Answer(RESP_RESTORE_FACTORY, {});
   RestoreSettings(state, out);
   RestoreAudio(state, out);
   state.dataSources = {};
-  RestoreTraffic(state, out);
+  RestoreTraffic(state, now, out);
   RestoreGuidance(state, out);
   RestoreTrips(state);
   RestoreRecording(state, out);
   RestoreMaps(state, out);
   state.vehicle = {};
-  state.updates = {};
+  RestoreUpdates(state, out);
 }
 
 void HandleSoftwareVersion(EngineState&, const MessageFields&, TimePoint, Replies& out) {
@@ -67,6 +68,11 @@ constexpr HandlerRow kHandlers[] = {
 
 std::string ProgramVersion() {
   return "kelmora-bench " VENTRIK_VERSION;
+}
+
+void ForgetClient(EngineState& state, ClientNumber client) {
+  state.vehicle.wishes.erase(client);
+  state.traffic.wishes.erase(client);
 }
 
 HandlerRows SystemHandlers() {

@@ -4,7 +4,7 @@
 // | Request              | Answer                                                     |
 // |----------------------|------------------------------------------------------------|
 // | REQU_INIT            | RESP_INIT, result 0                                        |
-// | REQU_SHUTDOWN        | RESP_SHUTDOWN                                              |
+// | REQU_SHUTDOWN        | RESP_SHUTDOWN; what the requester alone was told is over   |
 // | REQU_RESTORE_FACTORY | RESP_RESTORE_FACTORY, then to everyone the INFO_ message   |
 // |                      | of each setting that this changed; what the engine was     |
 // |                      | doing is over, and sessions go on                          |
@@ -21,6 +21,9 @@ namespace ventrik::bench {
 
 // The program's name and version, as "kelmora-bench 0.1.0".
 std::string ProgramVersion();
+
+// Ends what a client has asked to be told of from then on.
+void ForgetClient(EngineState& state, ClientNumber client);
 
 HandlerRows SystemHandlers();
 

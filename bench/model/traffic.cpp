@@ -10,14 +10,17 @@
 namespace ventrik::bench {
 namespace {
 
-void TellCount(const TrafficState& traffic, Replies& out) {
-  out.Notify(INFO_TMC_INFO_CHANGED,
-             {{"tmcInfoChanged", static_cast<std::int32_t>(traffic.events.size())}});
+MessageFields CountFields(const TrafficState& traffic) {
+  return {{"tmcInfoChanged", static_cast<std::int32_t>(traffic.events.size())}};
 }
 
-void TellEventsChanged(EngineState& state, Replies& out) {
+void TellCount(const TrafficState& traffic, Replies& out) {
+  out.Notify(INFO_TMC_INFO_CHANGED, CountFields(traffic));
+}
+
+void TellEventsChanged(EngineState& state, TimePoint now, Replies& out) {
   TellCount(state.traffic, out);
-  TellTrafficChanges(state, out);
+  TellTrafficChanges(state, now, out);
 }
 
 void TellMode(const TrafficState& traffic, Replies& out) {
@@ -34,24 +37,25 @@ void TellTuningMode(const TrafficState& traffic, Replies& out) {
                                     {"tuningParameters", traffic.tuningParameters}});
 }
 
-void ForgetEvents(EngineState& state, Replies& out) {
+void ForgetEvents(EngineState& state, TimePoint now, Replies& out) {
   if (state.traffic.events.empty()) return;
   state.traffic.events.clear();
-  TellEventsChanged(state, out);
+  TellEventsChanged(state, now, out);
 }
 
-void HandleMode(EngineState& state, const MessageFields& request, TimePoint, Replies& out) {
+void HandleMode(EngineState& state, const MessageFields& request, TimePoint now, Replies& out) {
   TrafficState& traffic = state.traffic;
   traffic.on = Get<std::int32_t>(request, "onOff") == kYes;
   TellMode(traffic, out);
-  if (!traffic.on) ForgetEvents(state, out);
+  if (!traffic.on) ForgetEvents(state, now, out);
 }
 
 bool IsRouteMode(std::int32_t mode) {
   return (mode >= 0 && mode <= 2) || mode == 4;
 }
 
-void HandleRouteMode(EngineState& state, const MessageFields& request, TimePoint, Replies& out) {
+void HandleRouteMode(EngineState& state, const MessageFields& request, TimePoint now,
+                     Replies& out) {
   TrafficState& traffic = state.traffic;
   const auto mode = Get<std::int32_t>(request, "mode");
   const auto threshold = Get<std::int32_t>(request, "delayThreshold");
@@ -60,7 +64,7 @@ void HandleRouteMode(EngineState& state, const MessageFields& request, TimePoint
     traffic.delayThreshold = threshold;
   }
   TellRouteMode(traffic, out);
-  TellTrafficChanges(state, out);
+  TellTrafficChanges(state, now, out);
 }
 
 // The events that a request names; all of them if it takes the treatment back and names none.
@@ -75,7 +79,7 @@ std::vector<std::int64_t> TreatedEvents(const TrafficState& traffic, TrafficTrea
   return numbers;
 }
 
-void HandleAvoids(EngineState& state, const MessageFields& request, TimePoint, Replies& out) {
+void HandleAvoids(EngineState& state, const MessageFields& request, TimePoint now, Replies& out) {
   TrafficState& traffic = state.traffic;
   const auto mode = Get<std::int32_t>(request, "mode");
   if (mode >= 0 && mode <= 2) {
@@ -87,7 +91,7 @@ void HandleAvoids(EngineState& state, const MessageFields& request, TimePoint, R
     }
   }
   out.Notify(INFO_TMC_AVOIDS_CHANGED, {});
-  TellTrafficChanges(state, out);
+  TellTrafficChanges(state, now, out);
 }
 
 bool IsNotification(std::int32_t mode) {
@@ -97,14 +101,15 @@ bool IsNotification(std::int32_t mode) {
 // The answer tells all that is wanted; from then on the mode says what follows.
 void HandleNotification(EngineState& state, const MessageFields& request, TimePoint now,
                         Replies& out) {
-  TrafficState& traffic = state.traffic;
-  const auto mode = Get<std::int32_t>(request, "notificationMode");
-  traffic.notificationMode = IsNotification(mode) ? mode : kNotifyOff;
-  traffic.infoFilter = Get<std::int32_t>(request, "infoFilter");
-  traffic.nextReport = now + kTrafficReportPeriod;
-  traffic.told.clear();
-  TellCount(traffic, out);
-  if (traffic.notificationMode != kNotifyOff) TellTrafficReport(state, out);
+  TrafficWish wish;
+  wish.filter = Get<std::int32_t>(request, "infoFilter");
+  wish.mode = Get<std::int32_t>(request, "notificationMode");
+  wish.nextReport = now + kTrafficReportPeriod;
+  out.Answer(INFO_TMC_INFO_CHANGED, CountFields(state.traffic));
+  if (IsNotification(wish.mode)) TellTrafficReport(state, out.requester(), wish, out);
+  state.traffic.wishes.erase(out.requester());
+  const bool isLasting = wish.mode == kNotifyOnChange || wish.mode == kNotifyByFrequency;
+  if (isLasting) state.traffic.wishes.emplace(out.requester(), std::move(wish));
 }
 
 void HandleTuningMode(EngineState& state, const MessageFields& request, TimePoint, Replies& out) {
@@ -138,7 +143,7 @@ void HandleData(EngineState& state, const MessageFields& request, TimePoint now,
                           : KeepEvent(traffic, std::move(*notice), now);
   }
   if (done) {
-    TellEventsChanged(state, out);
+    TellEventsChanged(state, now, out);
   } else {
     ++traffic.refused;
   }
@@ -155,16 +160,15 @@ constexpr HandlerRow kHandlers[] = {
     {RDSTMC_DATA, HandleBroadcastData},
 };
 
-bool Reports(const TrafficState& traffic) {
-  return traffic.notificationMode == kNotifyByFrequency;
-}
-
 // What the guidance or another subject has changed is due at once.
 std::optional<TimePoint> NextTick(const EngineState& state) {
   const TrafficState& traffic = state.traffic;
   if (HasTrafficChanges(state)) return TimePoint();
   std::optional<TimePoint> next;
-  if (Reports(traffic)) next = traffic.nextReport;
+  for (const auto& [client, wish] : traffic.wishes) {
+    if (wish.mode != kNotifyByFrequency) continue;
+    next = next ? std::min(*next, wish.nextReport) : wish.nextReport;
+  }
   for (const auto& [number, event] : traffic.events) {
     next = next ? std::min(*next, event.end) : event.end;
   }
@@ -183,25 +187,26 @@ bool DropOldEvents(TrafficState& traffic, TimePoint now) {
 void Tick(EngineState& state, TimePoint now, Replies& out) {
   TrafficState& traffic = state.traffic;
   if (DropOldEvents(traffic, now)) TellCount(traffic, out);
-  TellTrafficChanges(state, out);
-  if (!Reports(traffic) || now < traffic.nextReport) return;
-  traffic.nextReport +=
-      kTrafficReportPeriod * ((now - traffic.nextReport) / kTrafficReportPeriod + 1);
-  TellTrafficReport(state, out);
+  TellTrafficChanges(state, now, out);
+  for (auto& [client, wish] : traffic.wishes) {
+    if (wish.mode != kNotifyByFrequency || now < wish.nextReport) continue;
+    wish.nextReport += kTrafficReportPeriod * ((now - wish.nextReport) / kTrafficReportPeriod + 1);
+    TellTrafficReport(state, client, wish, out);
+  }
 }
 
 }  // namespace
 
-void RestoreTraffic(EngineState& state, Replies& out) {
-  ForgetEvents(state, out);
+void RestoreTraffic(EngineState& state, TimePoint now, Replies& out) {
+  ForgetEvents(state, now, out);
   const TrafficState before = std::exchange(state.traffic, {});
-  const TrafficState& now = state.traffic;
-  if (before.on != now.on) TellMode(now, out);
-  if (before.routeMode != now.routeMode || before.delayThreshold != now.delayThreshold) {
-    TellRouteMode(now, out);
+  const TrafficState& after = state.traffic;
+  if (before.on != after.on) TellMode(after, out);
+  if (before.routeMode != after.routeMode || before.delayThreshold != after.delayThreshold) {
+    TellRouteMode(after, out);
   }
-  if (before.tuningMode != now.tuningMode || before.tuningParameters != now.tuningParameters) {
-    TellTuningMode(now, out);
+  if (before.tuningMode != after.tuningMode || before.tuningParameters != after.tuningParameters) {
+    TellTuningMode(after, out);
   }
 }
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Traffic messages, their modes and what becomes of them on a guided route:
 //
-// | Request                        | Answer, to everyone                                        |
+// | Request                        | Answer; to everyone but the fourth, which the requester    |
+// |                                | alone gets                                                 |
 // |--------------------------------|------------------------------------------------------------|
 // | REQU_SET_TMC_MODE              | INFO_TMC_MODE; off forgets all events                      |
 // | REQU_SET_TMC_ROUTE_MODE        | INFO_TMC_ROUTE_MODE                                        |
@@ -46,10 +47,19 @@ enum TrafficNotification : std::int32_t {
   kNotifyByFrequency = 4,
 };
 
+// Which events a client wants to hear of, and how.
+struct TrafficWish {
+  std::int32_t filter = 0;  // TrafficFilter
+  std::int32_t mode = kNotifyOff;
+  TimePoint nextReport{};  // with kNotifyByFrequency
+  ToldEvents told;
+};
+
 // Routes around events, as told last.
 struct TrafficOffer {
   std::vector<std::int32_t> routes;
   ToldEvents events;
+  bool isAccepted = false;  // the routes lead around the events
 };
 
 struct TrafficState {
@@ -59,12 +69,8 @@ struct TrafficState {
   std::int32_t tuningMode = 1;      // 1 automatic, 2 manual
   std::string tuningParameters;
 
-  std::int32_t infoFilter = 0;  // TrafficFilter
-  std::int32_t notificationMode = kNotifyOff;
-  TimePoint nextReport;  // with kNotifyByFrequency
-
   std::map<std::int64_t, TrafficEvent> events;
-  ToldEvents told;  // of the modes onChange and frequency
+  std::map<ClientNumber, TrafficWish> wishes;  // of the modes onChange and frequency
   TrafficOffer offer;
 
   std::uint64_t refused = 0;    // blocks of TMC_DATA that did nothing
@@ -72,8 +78,8 @@ struct TrafficState {
 };
 
 // Sets everything back and tells everyone of the modes that this changed, and of what went with the
-// events. Once guidance has been set back.
-void RestoreTraffic(EngineState& state, Replies& out);
+// events.
+void RestoreTraffic(EngineState& state, TimePoint now, Replies& out);
 
 HandlerRows TrafficHandlers();
 SubjectClock TrafficClock();

@@ -77,8 +77,8 @@ std::optional<std::int64_t> ParseNumber(std::string_view text, std::int64_t leas
                                         std::int64_t most) {
   std::int64_t number = 0;
   const char* end = text.data() + text.size();
-  const auto [stop, fault] = std::from_chars(text.data(), end, number);
-  if (fault != std::errc() || stop != end || number < least || number > most) return std::nullopt;
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || stop != end || number < least || number > most) return std::nullopt;
   return number;
 }
 

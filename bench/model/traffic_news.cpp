@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "bench/model/traffic_news.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -9,16 +10,16 @@
 namespace ventrik::bench {
 namespace {
 
-struct Difference {
-  std::vector<std::string> fresh;
-  std::vector<std::string> gone;
+using Texts = std::vector<std::string>;
 
-  bool empty() const { return fresh.empty() && gone.empty(); }
+struct Difference {
+  Texts fresh;
+  Texts gone;
 };
 
 // The texts in `events` that `others` doesn't have under the same number.
-std::vector<std::string> Without(const ToldEvents& events, const ToldEvents& others) {
-  std::vector<std::string> texts;
+Texts Without(const ToldEvents& events, const ToldEvents& others) {
+  Texts texts;
   for (const auto& [number, text] : events) {
     const auto other = others.find(number);
     if (other == others.end() || other->second != text) texts.push_back(text);
@@ -93,7 +94,8 @@ void TellAccepted(std::int32_t route, const Difference& events, Replies& out) {
 
 // An offer for other routes than before is a new one; the same routes with other events are offered
 // once more.
-void TellRoutes(TrafficState& traffic, TrafficOffer offer, Replies& out) {
+void TellRoutes(EngineState& state, TrafficOffer offer, TimePoint now, Replies& out) {
+  TrafficState& traffic = state.traffic;
   if (!Differ(traffic.offer, offer)) return;
   TrafficOffer before = std::exchange(traffic.offer, std::move(offer));
   if (!before.routes.empty() && before.routes != traffic.offer.routes) {
@@ -107,16 +109,14 @@ void TellRoutes(TrafficState& traffic, TrafficOffer offer, Replies& out) {
                                          {"tmcDeletedEvents", events.gone},
                                          {"word4", 0}});
   if (static_cast<TrafficRouteMode>(traffic.routeMode) == TrafficRouteMode::manual) return;
+  traffic.offer.isAccepted = true;
   for (const std::int32_t route : traffic.offer.routes) TellAccepted(route, events, out);
+  Reroute(state, now);
 }
 
-bool TellsEventsOnChange(const TrafficState& traffic) {
-  return traffic.notificationMode == kNotifyOnChange;
-}
-
-void TellEvents(std::vector<std::string> fresh, std::vector<std::string> gone, Replies& out) {
-  if (!gone.empty()) out.Notify(INFO_TMC_DEL_EVENTS, {{"tmcEvents", std::move(gone)}});
-  if (!fresh.empty()) out.Notify(INFO_TMC_NEW_EVENTS, {{"tmcEvents", std::move(fresh)}});
+void TellEvents(ClientNumber client, const Texts& fresh, const Texts& gone, Replies& out) {
+  if (!gone.empty()) out.Tell(client, INFO_TMC_DEL_EVENTS, {{"tmcEvents", gone}});
+  if (!fresh.empty()) out.Tell(client, INFO_TMC_NEW_EVENTS, {{"tmcEvents", fresh}});
 }
 
 }  // namespace
@@ -127,36 +127,48 @@ std::vector<std::int32_t> RoutesAffected(const EngineState& state) {
   return {route};
 }
 
-ToldEvents WantedEvents(const EngineState& state) {
+ToldEvents WantedEvents(const EngineState& state, std::int32_t filter) {
   const bool guided = !RoutesAffected(state).empty();
   ToldEvents wanted;
   for (const auto& [number, event] : state.traffic.events) {
-    if (IsWanted(event, state.traffic.infoFilter, guided)) wanted.emplace(number, event.text);
+    if (IsWanted(event, filter, guided)) wanted.emplace(number, event.text);
   }
   return wanted;
 }
 
-void TellTrafficChanges(EngineState& state, Replies& out) {
-  TrafficState& traffic = state.traffic;
-  if (TellsEventsOnChange(traffic)) {
-    Difference events = Compare(traffic.told, WantedEvents(state));
-    if (!events.empty()) traffic.told = WantedEvents(state);
-    TellEvents(std::move(events.fresh), std::move(events.gone), out);
+void TellTrafficChanges(EngineState& state, TimePoint now, Replies& out) {
+  for (auto& [client, wish] : state.traffic.wishes) {
+    if (wish.mode != kNotifyOnChange) continue;
+    ToldEvents wanted = WantedEvents(state, wish.filter);
+    const Difference events = Compare(wish.told, wanted);
+    wish.told = std::move(wanted);
+    TellEvents(client, events.fresh, events.gone, out);
   }
-  TellRoutes(traffic, PresentOffer(state), out);
+  TellRoutes(state, PresentOffer(state), now, out);
+}
+
+std::size_t EventsAvoided(const EngineState& state, std::int32_t route) {
+  const TrafficOffer& offer = state.traffic.offer;
+  const bool isOffered =
+      std::find(offer.routes.begin(), offer.routes.end(), route) != offer.routes.end();
+  return offer.isAccepted && isOffered ? offer.events.size() : 0;
 }
 
 bool HasTrafficChanges(const EngineState& state) {
-  const TrafficState& traffic = state.traffic;
-  if (TellsEventsOnChange(traffic) && traffic.told != WantedEvents(state)) return true;
-  return Differ(traffic.offer, PresentOffer(state));
+  for (const auto& [client, wish] : state.traffic.wishes) {
+    const bool isNews =
+        wish.mode == kNotifyOnChange && wish.told != WantedEvents(state, wish.filter);
+    if (isNews) return true;
+  }
+  return Differ(state.traffic.offer, PresentOffer(state));
 }
 
-void TellTrafficReport(EngineState& state, Replies& out) {
-  ToldEvents wanted = WantedEvents(state);
-  Difference events = Compare(state.traffic.told, wanted);
-  TellEvents(Without(wanted, {}), std::move(events.gone), out);
-  state.traffic.told = std::move(wanted);
+void TellTrafficReport(const EngineState& state, ClientNumber client, TrafficWish& wish,
+                       Replies& out) {
+  ToldEvents wanted = WantedEvents(state, wish.filter);
+  const Difference events = Compare(wish.told, wanted);
+  TellEvents(client, Without(wanted, {}), events.gone, out);
+  wish.told = std::move(wanted);
 }
 
 }  // namespace ventrik::bench

@@ -6,6 +6,7 @@
 // matter what has changed: events, their treatment, a mode, or the guidance.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -17,6 +18,7 @@
 namespace ventrik::bench {
 
 struct EngineState;
+struct TrafficWish;
 
 using ToldEvents = std::map<std::int64_t, std::string>;  // their texts by number
 
@@ -34,17 +36,24 @@ enum TrafficFilter : std::int32_t {
 // also while it is calculated, so that an offer outlasts a calculation on the way.
 std::vector<std::int32_t> RoutesAffected(const EngineState& state);
 
-// The kept events that the present filter lets through.
-ToldEvents WantedEvents(const EngineState& state);
+// The kept events that a filter lets through.
+ToldEvents WantedEvents(const EngineState& state, std::int32_t filter);
 
-// Tells what has changed since it was last told, INFO_TMC_DEL_EVENTS before INFO_TMC_NEW_EVENTS and
-// both before the routes. In the modes `once` and off there is no news of events.
-void TellTrafficChanges(EngineState& state, Replies& out);
+// Tells what has changed since it was last told: each client in the mode `onChange` the events,
+// INFO_TMC_DEL_EVENTS before INFO_TMC_NEW_EVENTS, and then everyone the routes. A route that is
+// accepted is calculated anew.
+void TellTrafficChanges(EngineState& state, TimePoint now, Replies& out);
+
+// How many events that route leads around: those of the offer that was accepted for it, as long as
+// it stands.
+std::size_t EventsAvoided(const EngineState& state, std::int32_t route);
 
 // Whether that would tell anything.
 bool HasTrafficChanges(const EngineState& state);
 
-// The report of the mode `frequency`: what has gone since the last one, and all that there is.
-void TellTrafficReport(EngineState& state, Replies& out);
+// The report of the mode `frequency` to a client: what has gone since the last one, and all that
+// there is.
+void TellTrafficReport(const EngineState& state, ClientNumber client, TrafficWish& wish,
+                       Replies& out);
 
 }  // namespace ventrik::bench

@@ -47,15 +47,16 @@ constexpr ModeBend kModeBends[] = {
     {kScenic, 0.12},
     {kAvoidMotorways, 0.04},
 };
-constexpr double kBlockBend = 0.03;        // for each blocked item, the way around
-constexpr std::size_t kBendingBlocks = 8;  // more change nothing
+constexpr double kAvoidingBend = 0.03;    // for each blocked item and traffic event, the way around
+constexpr std::size_t kBendingItems = 8;  // more change nothing
 
-double BendOf(const TripsState& trips, std::int32_t mode) {
+double BendOf(const EngineState& state, const TripRoute& route) {
   double bend = kBend;
   for (const ModeBend& each : kModeBends) {
-    if ((mode & each.bit) != 0) bend += each.bend;
+    if ((route.mode & each.bit) != 0) bend += each.bend;
   }
-  return bend + kBlockBend * static_cast<double>(std::min(trips.blocked.size(), kBendingBlocks));
+  const std::size_t avoided = state.trips.blocked.size() + EventsAvoided(state, route.handle);
+  return bend + kAvoidingBend * static_cast<double>(std::min(avoided, kBendingItems));
 }
 
 // Whether there are roads from `start` over the waypoints from `firstLeg` on.
@@ -84,7 +85,7 @@ void Lay(const EngineState& state, TripRoute& route, const Position& start, std:
   route.firstLeg = firstLeg;
   route.shape.reset();
   if (!isReachable) return;
-  route.shape = LayRoute(start, {first, route.waypoints.end()}, BendOf(state.trips, route.mode));
+  route.shape = LayRoute(start, {first, route.waypoints.end()}, BendOf(state, route));
 }
 
 void TakeStep(TripRoute& route, Replies& out) {
@@ -225,7 +226,7 @@ void HandleNewTripFile(EngineState& state, const MessageFields& request, TimePoi
 
 // ---- the end of trips
 
-void HandleKillTrip(EngineState& state, const MessageFields& request, TimePoint, Replies& out) {
+void HandleKillTrip(EngineState& state, const MessageFields& request, TimePoint now, Replies& out) {
   std::vector<TripRoute>& routes = state.trips.routes;
   Words killed;
   for (const std::int32_t handle : Get<Words>(request, "handles")) {
@@ -238,7 +239,9 @@ void HandleKillTrip(EngineState& state, const MessageFields& request, TimePoint,
   out.Answer(RESP_KILL_TRIP, {{"handles", killed}});
   const bool endsGuidance =
       std::find(killed.begin(), killed.end(), state.guidance.handle) != killed.end();
-  if (endsGuidance) EndGuidance(state, out);
+  if (!endsGuidance) return;
+  EndGuidance(state, out);
+  DropGuidancePrompts(state, now, out);
 }
 
 // ---- blocks

@@ -58,8 +58,8 @@ std::optional<std::int32_t> VersionIn(std::string_view word) {
   if (!word.empty() && word[0] == 'v') word.remove_prefix(1);
   std::int32_t version = 0;
   const char* end = word.data() + word.size();
-  const auto [stop, fault] = std::from_chars(word.data(), end, version);
-  if (fault != std::errc() || stop != end || version > kLastVersion) return std::nullopt;
+  const auto [stop, error] = std::from_chars(word.data(), end, version);
+  if (error != std::errc() || stop != end || version > kLastVersion) return std::nullopt;
   return version;
 }
 

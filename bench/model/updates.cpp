@@ -7,11 +7,12 @@
 #include <cstddef>
 #include <iterator>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "bench/model/engine_state.h"
-#include "bench/model/png_file.h"
 #include "bench/model/update_package.h"
+#include "bench/picture/png_file.h"
 
 namespace ventrik::bench {
 namespace {
@@ -68,16 +69,16 @@ bool WriteFile(const std::string& path, std::string_view text) {
   return closed && written == static_cast<ssize_t>(text.size());
 }
 
-bool StoreStatus(const EngineState& state, std::string_view path) {
-  const std::string name(LastPart(path));
-  if (state.pictureFolder.empty() || !IsPlainFileName(name)) return false;
-  return WriteFile(state.pictureFolder + "/" + name, StatusText(state));
-}
-
 void HandleStoreStatus(EngineState& state, const MessageFields& request, TimePoint, Replies& out) {
   const auto& path = Get<std::string>(request, "path");
-  const bool stored = StoreStatus(state, path);
-  out.Answer(RESP_STORE_DEVICE_STATUS, {{"path", path}, {"result", YesOrNo(stored)}}, {"path"});
+  const std::string name(LastPart(path));
+  const bool mayStore = !state.pictureFolder.empty() && IsPlainFileName(name);
+  const std::string file = mayStore ? state.pictureFolder + "/" + name : std::string();
+  const auto answer = [path, file, text = StatusText(state)]() -> MessageFields {
+    const bool stored = !file.empty() && WriteFile(file, text);
+    return {{"path", path}, {"result", YesOrNo(stored)}};
+  };
+  out.AnswerLater(RESP_STORE_DEVICE_STATUS, answer, {"path"});
 }
 
 constexpr HandlerRow kHandlers[] = {
@@ -104,6 +105,14 @@ void Tick(EngineState& state, TimePoint now, Replies& out) {
 }
 
 }  // namespace
+
+void RestoreUpdates(EngineState& state, Replies& out) {
+  const UpdatesState before = std::exchange(state.updates, {});
+  if (!before.running) return;
+  UpdateRun ended = *before.running;
+  ended.percent = 0;
+  TellProgress(ended, out);
+}
 
 std::string UpdateSuffix(const UpdatesState& updates) {
   if (updates.installed == kFirstVersion) return {};

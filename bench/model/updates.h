@@ -39,6 +39,10 @@ struct UpdatesState {
   std::optional<UpdateRun> running;
 };
 
+// Goes back to the first version. An update that is being installed ends, and everyone is told that
+// nothing of it is there: 0 per cent.
+void RestoreUpdates(EngineState& state, Replies& out);
+
 // What the version of the data has behind it once there has been an update, as ", update 2"; empty
 // before.
 std::string UpdateSuffix(const UpdatesState& updates);

@@ -23,38 +23,39 @@ MessageFields PositionFields(const EngineState& state) {
   return {{"posInfo", PositionInfo(state)}};
 }
 
-void NotifyPosition(const EngineState& state, Replies& out) {
-  out.Notify(INFO_VEH_LOC_INFO_DETAILS, PositionFields(state));
+void TellPosition(const EngineState& state, ClientNumber client, Replies& out) {
+  out.Tell(client, INFO_VEH_LOC_INFO_DETAILS, PositionFields(state));
 }
 
 void HandleNotification(EngineState& state, const MessageFields& request, TimePoint now,
                         Replies& out) {
-  VehicleState& vehicle = state.vehicle;
   const auto mode = Get<std::int32_t>(request, "notificationMode");
-  if (mode == kOnce) {
-    out.Answer(INFO_VEH_LOC_INFO_DETAILS, PositionFields(state));
-    return;
-  }
-  vehicle.notification = mode == kOnChange || mode == kByFrequency ? mode : 0;
-  if (vehicle.notification == 0) return;
+  out.Answer(INFO_VEH_LOC_INFO_DETAILS, PositionFields(state));
+  if (mode == kOnce) return;
+  auto& wishes = state.vehicle.wishes;
+  wishes.erase(out.requester());
+  if (mode != kOnChange && mode != kByFrequency) return;
   const auto seconds = std::clamp(Get<std::int32_t>(request, "number"), 1, kLongestPeriod);
-  vehicle.period = Milliseconds{std::int64_t{seconds} * 1000};
-  vehicle.due = now + vehicle.period;
-  NotifyPosition(state, out);
+  const Milliseconds period{std::int64_t{seconds} * 1000};
+  wishes[out.requester()] = {mode, period, now + period};
 }
 
 std::optional<TimePoint> NextNotification(const EngineState& state) {
-  if (state.vehicle.notification != kByFrequency) return std::nullopt;
-  return state.vehicle.due;
+  std::optional<TimePoint> next;
+  for (const auto& [client, wish] : state.vehicle.wishes) {
+    if (wish.mode == kByFrequency && (!next || wish.due < *next)) next = wish.due;
+  }
+  return next;
 }
 
 // Times that nobody was there for are left out, not made up for.
 void NotifyIfDue(EngineState& state, TimePoint now, Replies& out) {
-  VehicleState& vehicle = state.vehicle;
-  if (vehicle.notification != kByFrequency || vehicle.due > now) return;
-  vehicle.due += vehicle.period;
-  if (vehicle.due <= now) vehicle.due = now + vehicle.period;
-  NotifyPosition(state, out);
+  for (auto& [client, wish] : state.vehicle.wishes) {
+    if (wish.mode != kByFrequency || wish.due > now) continue;
+    wish.due += wish.period;
+    if (wish.due <= now) wish.due = now + wish.period;
+    TellPosition(state, client, out);
+  }
 }
 
 // ---- GPS records
@@ -102,7 +103,9 @@ void MoveVehicle(EngineState& state, const Motion& motion, Replies& out) {
   vehicle.heading = motion.heading;
   if (!hasMoved) return;
   RecordPosition(state.recording, motion.position);
-  if (vehicle.notification == kOnChange) NotifyPosition(state, out);
+  for (const auto& [client, wish] : vehicle.wishes) {
+    if (wish.mode == kOnChange) TellPosition(state, client, out);
+  }
 }
 
 std::string PositionInfo(const EngineState& state) {

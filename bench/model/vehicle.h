@@ -3,9 +3,9 @@
 //
 // | Request                    | Answer                                                       |
 // |----------------------------|--------------------------------------------------------------|
-// | REQU_VEH_LOC_INFO_DETAILS  | INFO_VEH_LOC_INFO_DETAILS: to the requester once, or now and |
-// |                            | from then on to everyone, at each move or every so many      |
-// |                            | seconds; any other mode ends that and has no answer          |
+// | REQU_VEH_LOC_INFO_DETAILS  | INFO_VEH_LOC_INFO_DETAILS, and by the mode from then on to   |
+// |                            | the same client at each move or every so many seconds; the   |
+// |                            | mode once leaves that as it is, any other one ends it        |
 // | GPS_DATA                   | none; the vehicle is where it says, unless demo mode is on   |
 //
 // posInfo: <GEO>longitude latitude<*><CTY>nearest town<*><SPD>km/h<*><HDG>compass degrees<*>, and
@@ -13,6 +13,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -21,15 +22,20 @@
 
 namespace ventrik::bench {
 
+// How a client wants to be told.
+struct PositionWish {
+  std::int32_t mode = 0;   // 2 on change, 4 by frequency
+  Milliseconds period{0};  // by frequency
+  TimePoint due{};         // by frequency: the next time
+};
+
 struct VehicleState {
   Position position{13.41053, 52.52437};  // Berlin, until something moves it
   double speed = 0;                       // metres a second
   double heading = 0;                     // compass degrees
 
-  std::int32_t notification = 0;  // 2 on change, 4 by frequency, 0 none
-  Milliseconds period{0};         // by frequency
-  TimePoint due{};                // by frequency: the next time
-  std::optional<TimePoint> fix;   // of the last GPS record
+  std::map<ClientNumber, PositionWish> wishes;
+  std::optional<TimePoint> fix;  // of the last GPS record
 };
 
 struct Motion {

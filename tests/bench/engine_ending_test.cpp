@@ -58,7 +58,7 @@ TEST_F(EngineStartTest, FilesMustBeUsable) {
 TEST_F(EngineStartTest, AScenarioMustBeRight) {
   EXPECT_EQ(Refusal(Scenario("\n{\"on\": \"connect\", \"send\": [{\"hex\": \"123\"}]}")),
             "kelmora-bench: " + Path("scenario.json") +
-                ":2: rules[0].send[0].hex: odd number of digits\n");
+                ":2:29: rules[0].send[0].hex: odd number of digits\n");
 }
 
 TEST_F(EngineStartTest, ANameMustBeOne) {

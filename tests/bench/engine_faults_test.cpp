@@ -3,6 +3,9 @@
 // told, and what the engine does with the bytes of requests that its faults have looked at.
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -130,6 +133,100 @@ TEST_F(EngineFaultsTest, FaultsAreCommittedInTheirOrder) {
   EXPECT_EQ(client.Receive(), first);
   EXPECT_EQ(engine->End(), 0);
   EXPECT_NE(engine->output().find("faults: unknown 1, duplicate 1\n"), std::string::npos);
+}
+
+// The settings of an engine after it was dead for a moment, as it tells them in answer to a request
+// that it refuses.
+class EngineDeathTest : public EngineFaultsTest {
+ protected:
+  static std::string SystemAfter(const std::string& fault) {
+    const auto engine = StartWith({fault + ",message=REQU_SHUTDOWN,times=1,seconds=0"});
+    {
+      const TestClient before;
+      EXPECT_TRUE(before.Send(encode::REQU_INIT()));
+      EXPECT_EQ(before.ReceiveName(), "RESP_INIT");
+      EXPECT_TRUE(before.Send(encode::REQU_SET_MEASUREMENT_SYSTEM(2)));
+      EXPECT_EQ(before.ReceiveName("measurementSystem"), "INFO_MEASUREMENT_SYSTEM 2");
+      EXPECT_FALSE(before.Send(encode::REQU_SHUTDOWN()));
+    }
+    std::unique_ptr<TestClient> after;
+    while (!after || !after->isConnected()) after = std::make_unique<TestClient>();
+    EXPECT_TRUE(after->Send(encode::REQU_INIT()));
+    EXPECT_EQ(after->ReceiveName(), "RESP_INIT");
+    EXPECT_TRUE(after->Send(encode::REQU_SET_MEASUREMENT_SYSTEM(99)));
+    const std::string system = after->ReceiveName("measurementSystem");
+    EXPECT_EQ(engine->End(), 0);
+    EXPECT_NE(engine->output().find("not answered: 1 of REQU_SHUTDOWN, struck by " + fault + "\n"),
+              std::string::npos);
+    return system;
+  }
+};
+
+TEST_F(EngineDeathTest, TheDeadKnowWhatTheyKnew) {
+  EXPECT_EQ(SystemAfter("die"), "INFO_MEASUREMENT_SYSTEM 2");
+}
+
+TEST_F(EngineDeathTest, TheRestartedHaveForgotten) {
+  EXPECT_EQ(SystemAfter("restart"), "INFO_MEASUREMENT_SYSTEM 8");
+}
+
+// ---- what is told of faults
+
+TEST_F(EngineFaultsTest, WhatTheyStruckIsTold) {
+  const auto engine = StartWith({"refuse,times=1", "miscount,message=REQU_SHUTDOWN",
+                                 "drop,message=RESP_INIT,times=1", "lie,message=RESP_INIT"},
+                                {"--log", Path("log"), "--record", Path("record")});
+  EXPECT_FALSE(TestClient().isConnected());
+  const TestClient client;
+  EXPECT_FALSE(client.Send(encode::REQU_SHUTDOWN()));
+  EXPECT_TRUE(client.Send(encode::REQU_INIT()));
+  EXPECT_TRUE(client.Send(encode::REQU_INIT()));
+  EXPECT_EQ(client.ReceiveName(), "RESP_INIT");
+  // What comes behind is told when the engine knows that the answer was taken.
+  EXPECT_TRUE(client.Send(encode::REQU_GET_SW_VERSION()));
+  EXPECT_EQ(client.ReceiveName(), "RESP_GET_SW_VERSION");
+  EXPECT_EQ(engine->End(), 0);
+  const std::string process = std::to_string(getpid());
+  std::string log;
+  std::istringstream lines(ReadFile("log"));
+  for (std::string line; std::getline(lines, line);) {
+    line = line.substr(line.find_first_of("<-!"));
+    log += line.substr(0, line.find(" result=")) + "\n";
+  }
+  log.resize(std::min(log.size(), log.find("<- " + process + " REQU_GET_SW_VERSION")));
+  EXPECT_EQ(log,
+            "!! - refuse\n"
+            "!! " +
+                process +
+                " miscount REQU_SHUTDOWN\n"
+                "<- " +
+                process +
+                " REQU_INIT\n"
+                "!! " +
+                process +
+                " drop RESP_INIT\n"
+                "!! " +
+                process +
+                " lie RESP_INIT\n"
+                "<- " +
+                process +
+                " REQU_INIT\n"
+                "!! " +
+                process +
+                " lie RESP_INIT\n"
+                "-> " +
+                process + " RESP_INIT\n");
+  const std::string output = engine->output();
+  EXPECT_NE(output.find("kelmora-bench: not answered: 1 of REQU_SHUTDOWN, struck by miscount\n"
+                        "kelmora-bench: not sent: 1 of RESP_INIT, struck by drop\n"
+                        "kelmora-bench: faults: refuse 1, miscount 1, drop 1, lie 2\n"),
+            std::string::npos)
+      << output;
+  // What a record is for, playing the same to an engine that commits no faults, goes by what was
+  // acted upon.
+  const std::string record = ReadFile("record");
+  EXPECT_EQ(std::count(record.begin(), record.end(), '\n'), 3) << record;
+  EXPECT_EQ(record.find("64000000"), std::string::npos) << record;
 }
 
 }  // namespace

@@ -8,6 +8,8 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <iterator>
 #include <utility>
 
 #include "messages/function_ids.h"
@@ -74,6 +76,12 @@ std::string EngineProcess::ReadLine() {
 int EngineProcess::End(int number) {
   if (number != 0) kill(process_->pid(), number);
   return process_->Wait();
+}
+
+std::size_t EngineProcess::Descriptors() const {
+  const std::filesystem::directory_iterator open("/proc/" + std::to_string(process_->pid()) +
+                                                 "/fd");
+  return static_cast<std::size_t>(std::distance(begin(open), end(open)));
 }
 
 std::string EngineProcess::output() {

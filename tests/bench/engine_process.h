@@ -4,6 +4,7 @@
 
 #include <signal.h>
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,6 +32,9 @@ class EngineProcess {
   // Waits for its end, after sending it a signal if `number` isn't 0. Returns the exit status, or
   // minus the signal that ended it.
   int End(int number = SIGTERM);
+
+  // The descriptors that it has open.
+  std::size_t Descriptors() const;
 
   // What is left of its outputs once it has ended.
   std::string output();

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <chrono>
 #include <sstream>
+#include <thread>
 
 #include "bench/model/system.h"
 #include "tests/bench/engine_fixture.h"
@@ -73,6 +74,37 @@ TEST_F(EngineTest, ServesTwoClientsAtOnce) {
   EXPECT_EQ(second->Wait(), 0);
 }
 
+TEST_F(EngineTest, TellsClientsInTheOrderInWhichTheyConnected) {
+  const auto engine = Start({"--log", Path("log")});
+  tests::Signal connected;
+  tests::Signal secondIsReady;
+  tests::Signal firstIsReady;
+  const auto first = StartClient([&](TestClient& client) {
+    connected.Notify();
+    secondIsReady.Await();
+    if (!client.Send(encode::REQU_INIT()) || client.ReceiveName() != "RESP_INIT") return 1;
+    firstIsReady.Notify();
+    return client.ReceiveName() == "INFO_MEASUREMENT_SYSTEM" ? 0 : 2;
+  });
+  connected.Await();
+  const TestClient second;
+  EXPECT_TRUE(second.Send(encode::REQU_INIT()));
+  EXPECT_EQ(second.ReceiveName(), "RESP_INIT");
+  secondIsReady.Notify();
+  firstIsReady.Await();
+  EXPECT_TRUE(second.Send(encode::REQU_SET_MEASUREMENT_SYSTEM(1)));
+  EXPECT_EQ(second.ReceiveName(), "INFO_MEASUREMENT_SYSTEM");
+  EXPECT_TRUE(second.Send(encode::REQU_GET_SW_VERSION()));
+  EXPECT_EQ(second.ReceiveName(), "RESP_GET_SW_VERSION");
+  const std::string log = ReadFile("log");
+  const std::string told = " INFO_MEASUREMENT_SYSTEM";
+  const std::size_t tellsFirst = log.find("-> " + std::to_string(first->pid()) + told);
+  const std::size_t tellsSecond = log.find("-> " + std::to_string(getpid()) + told);
+  EXPECT_NE(tellsFirst, std::string::npos) << log;
+  EXPECT_LT(tellsFirst, tellsSecond) << log;
+  EXPECT_EQ(first->Wait(), 0);
+}
+
 TEST_F(EngineTest, BlankAnswersNothing) {
   Arguments arguments =
       Scenario("{\"on\": \"REQU_SHUTDOWN\", \"send\": [{\"hex\": \"6D020000\"}]}");
@@ -108,6 +140,25 @@ TEST_F(EngineTest, RefusesWhatIsTooLong) {
   EXPECT_EQ(engine->End(), 0);
   EXPECT_EQ(engine->errors(), "kelmora-bench: a message of 1048577 bytes from process " +
                                   std::to_string(getpid()) + " was refused\n");
+}
+
+TEST_F(EngineTest, AMessageWithoutAnEndHoldsUpNobodyForLong) {
+  const auto engine = Start();
+  const TestClient client;
+  const auto request = encode::REQU_INIT();
+  IpcMessage* message = ipc_connect(client.peer());
+  EXPECT_EQ(ipc_write(message, request.data(), request.size()), static_cast<long>(request.size()));
+  EXPECT_TRUE(client.Send(encode::REQU_GET_SW_VERSION()));
+  EXPECT_EQ(client.ReceiveName(), "RESP_GET_SW_VERSION");
+  // Its end comes late, and isn't taken for that of what is sent then.
+  std::thread late([message] { ipc_disconnect(message); });
+  std::this_thread::sleep_for(milliseconds(200));
+  EXPECT_TRUE(client.Send(encode::REQU_GET_DB_VERSION()));
+  EXPECT_EQ(client.ReceiveName(), "RESP_GET_DB_VERSION");
+  late.join();
+  EXPECT_EQ(engine->End(), 0);
+  EXPECT_EQ(engine->errors(), "kelmora-bench: a message from process " + std::to_string(getpid()) +
+                                  " has no end and was dropped\n");
 }
 
 // ---- heartbeat
@@ -227,6 +278,28 @@ TEST_F(EngineTest, AnswersAProcessOverItsNewestConnection) {
   }
   EXPECT_EQ(old.ReceiveName(), "INFO_HEARTBEAT");  // what still waited for it
   EXPECT_EQ(engine->End(), 0);
+}
+
+// A client that does nothing but shake hands, over one connection that it keeps: each time the
+// engine forgets the record before.
+TEST_F(EngineTest, KeepsOneRecordOfAClientThatOnlyShakesHands) {
+  const auto engine = Start();
+  const TestClient client;
+  const auto shakeHands = [&client] {
+    IpcControlRecord record = {IPC_CONNECT,
+                               {static_cast<std::uint32_t>(client.peer()->receiving.channels[0]),
+                                static_cast<std::uint32_t>(client.peer()->receiving.channels[1]),
+                                static_cast<std::uint32_t>(getpid())}};
+    return MsgSend(client.peer()->connections[0], &record, sizeof record, &record, sizeof record);
+  };
+  for (int i = 0; i < 20; ++i) ASSERT_EQ(shakeHands(), 0);
+  const std::size_t before = engine->Descriptors();
+  for (int i = 0; i < 200; ++i) ASSERT_EQ(shakeHands(), 0);
+  EXPECT_LT(engine->Descriptors(), before + 20);
+  EXPECT_TRUE(client.Send(encode::REQU_INIT()));
+  EXPECT_EQ(client.ReceiveName(), "RESP_INIT");
+  EXPECT_EQ(engine->End(), 0);
+  EXPECT_NE(engine->output().find(" 221 connections\n"), std::string::npos);
 }
 
 TEST_F(EngineTest, OutlivesManyConnections) {

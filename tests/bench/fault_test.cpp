@@ -39,8 +39,8 @@ TEST(ParseFault, KindAlone) {
 
 TEST(ParseFault, EveryKindByItsName) {
   for (const char* name :
-       {"refuse", "slow", "unread", "miscount", "hang", "die", "drop", "late", "duplicate",
-        "reorder", "flood", "oversize", "unknown", "truncate", "lie", "endless"}) {
+       {"refuse", "slow", "unread", "miscount", "hang", "die", "restart", "drop", "late",
+        "duplicate", "reorder", "flood", "oversize", "unknown", "truncate", "lie", "endless"}) {
     EXPECT_STREQ(FaultName(Parsed(name).kind), name);
   }
 }
@@ -48,7 +48,7 @@ TEST(ParseFault, EveryKindByItsName) {
 TEST(ParseFault, EveryCondition) {
   const Fault fault = Parsed(
       "late,message=RESP_GET_LIST,after=3,times=5,from=1.5,until=60,probability=0.25,"
-      "seconds=0.2,copies=7");
+      "seconds=0.2");
   EXPECT_EQ(fault.kind, FaultKind::late);
   EXPECT_EQ(fault.message, RESP_GET_LIST);
   EXPECT_EQ(fault.after, 3u);
@@ -57,7 +57,7 @@ TEST(ParseFault, EveryCondition) {
   EXPECT_EQ(fault.until, milliseconds(60'000));
   EXPECT_EQ(fault.probability, 0.25);
   EXPECT_EQ(fault.duration, milliseconds(200));
-  EXPECT_EQ(fault.copies, 7);
+  EXPECT_EQ(Parsed("flood,copies=7").copies, 7);
 }
 
 TEST(ParseFault, MessagesByNumber) {
@@ -79,6 +79,39 @@ TEST(ParseFault, WrongOnesAreNamed) {
   EXPECT_EQ(ErrorOf("flood,copies=100001"), "flood: copies takes a whole number, 0 to 100000");
   EXPECT_EQ(ErrorOf("drop,times=-1"), "drop: times takes a whole number");
   EXPECT_EQ(ErrorOf("drop,times=1x"), "drop: times takes a whole number");
+}
+
+TEST(ParseFault, WhatCanNeverHaveAnEffectIsRefused) {
+  const struct {
+    const char* text;
+    const char* error;
+  } kRows[] = {
+      {"refuse,message=REQU_INIT", "refuse: message has no effect on this kind"},
+      {"slow,message=0", "slow: message has no effect on this kind"},
+      {"unread,message=RESP_INIT", "unread: strikes requests, and RESP_INIT is none"},
+      {"miscount,message=1", "miscount: strikes requests, and RESP_INIT is none"},
+      {"die,message=INFO_HEARTBEAT", "die: strikes requests, and INFO_HEARTBEAT is none"},
+      {"drop,message=REQU_INIT", "drop: strikes what the engine sends, and REQU_INIT is a request"},
+      {"lie,message=302", "lie: strikes what the engine sends, and REQU_GET_SPELL is a request"},
+      {"unread,seconds=1", "unread: seconds has no effect on this kind"},
+      {"refuse,seconds=1", "refuse: seconds has no effect on this kind"},
+      {"reorder,seconds=1", "reorder: seconds has no effect on this kind"},
+      {"duplicate,copies=1", "duplicate: copies has no effect on this kind"},
+      {"drop,from=5,until=4", "drop: until is not behind from"},
+      {"drop,until=4,from=4", "drop: until is not behind from"},
+      {"drop,until=0", "drop: until is not behind from"},
+      {"drop,times=1,after=2,times=3", "drop: times is there twice"},
+  };
+  for (const auto& row : kRows) EXPECT_EQ(ErrorOf(row.text), row.error) << row.text;
+}
+
+TEST(ParseFault, WhatMayHaveAnEffectIsTaken) {
+  for (const char* text :
+       {"unread,message=REQU_INIT", "hang,message=GPS_DATA", "drop,message=CMD_PACKAGE_LOADED",
+        "hang,message=4711", "drop,message=4711", "slow,seconds=1", "die,seconds=0",
+        "restart,seconds=1", "flood,copies=0", "drop,from=1,until=1.001"}) {
+    Parsed(text);
+  }
 }
 
 // Which of so many messages a fault strikes, as "x..x".

@@ -72,6 +72,20 @@ TEST(LogLine, EveryMessageIsOneLineOfValidJson) {
   }
 }
 
+TEST(LogLine, OfFaultsThatStrike) {
+  const LoggedStrike request{milliseconds(3201), {FaultKind::unread, REQU_GET_SPELL, 4711}};
+  EXPECT_EQ(LogLine(request, LogFormat::text), "   3.201 !! 4711 unread REQU_GET_SPELL\n");
+  EXPECT_EQ(LogLine(request, LogFormat::json),
+            "{\"ms\":3201,\"fault\":\"unread\",\"client\":4711,\"message\":\"REQU_GET_SPELL\"}\n");
+  const LoggedStrike unknown{milliseconds(5), {FaultKind::lie, 12345, 4711}};
+  EXPECT_EQ(LogLine(unknown, LogFormat::text), "   0.005 !! 4711 lie 12345\n");
+  EXPECT_EQ(LogLine(unknown, LogFormat::json),
+            "{\"ms\":5,\"fault\":\"lie\",\"client\":4711,\"number\":12345}\n");
+  const LoggedStrike handshake{milliseconds(0), {FaultKind::refuse}};
+  EXPECT_EQ(LogLine(handshake, LogFormat::text), "   0.000 !! - refuse\n");
+  EXPECT_EQ(LogLine(handshake, LogFormat::json), "{\"ms\":0,\"fault\":\"refuse\"}\n");
+}
+
 TEST(MessageLog, WritesEachLineAtOnce) {
   const tests::TemporaryDirectory directory;
   const std::string path = directory.path() + "/log";
@@ -79,8 +93,10 @@ TEST(MessageLog, WritesEachLineAtOnce) {
   std::string error;
   ASSERT_TRUE(log.Open(path, LogFormat::text, error)) << error;
   log.Write({milliseconds(1), Direction::sent, 5, Hex("65000000").Block()});
+  log.Write(LoggedStrike{milliseconds(2), {FaultKind::slow}});
   std::ifstream file(path);
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "   0.001 -> 5 RESP_SHUTDOWN\n");
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}),
+            "   0.001 -> 5 RESP_SHUTDOWN\n   0.002 !! - slow\n");
 }
 
 TEST(MessageLog, FileThatCantBeMadeIsNamed) {

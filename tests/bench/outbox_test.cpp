@@ -196,6 +196,34 @@ TEST_F(OutboxTest, HoldsNoMoreThanItsLimitForAClient) {
   EXPECT_TRUE(Post(a_, "x"));
 }
 
+TEST_F(OutboxTest, WhatIsTakenOutMakesRoomForAsMuch) {
+  const std::string half(kMaxWaitingBytes / 2 - kMessageCost, 'x');
+  for (int i = 0; i < 10; ++i) {
+    EXPECT_TRUE(Post(a_, half)) << i;
+    EXPECT_TRUE(Post(a_, half)) << i;
+    outbox_.TakeDue(now_);
+    outbox_.TakeDue(now_);
+  }
+}
+
+TEST_F(OutboxTest, ClosesClientsInTheOrderInWhichTheyBecameKnown) {
+  Post(b_, "1");
+  Post(a_, "2");
+  outbox_.Retire(&a_, false);
+  outbox_.Retire(&b_, false);
+  EXPECT_EQ(TakeAll(), "b:end a:end");
+}
+
+TEST_F(OutboxTest, TellsHowManyAMuteClientLoses) {
+  Post(a_, "1");
+  EXPECT_EQ(TakeAll(), "a:1");
+  Post(a_, "2");
+  Post(a_, "3", 1000);
+  Post(b_, "4");
+  EXPECT_EQ(outbox_.Mute(&a_, heard_ + 1), 0u);
+  EXPECT_EQ(outbox_.Mute(&a_, heard_), 2u);
+}
+
 TEST_F(OutboxTest, EmptyMessagesHaveTheirLimitToo) {
   std::size_t posted = 0;
   while (posted <= kMaxWaitingBytes / kMessageCost && Post(a_, "")) ++posted;

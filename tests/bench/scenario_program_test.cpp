@@ -41,7 +41,7 @@ TEST_F(ScenarioCheck, TellsThatAFileIsRight) {
   const Result result = RunToItsEnd(
       With(Scenario("{\"on\": 0, \"send\": []}, {\"every_ms\": 5, \"send\": []}"), {"--check"}));
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.output, Path("scenario.json") + ": 2 rules, no faults\n");
+  EXPECT_EQ(result.output, Path("scenario.json") + ": 2 rules, no errors\n");
   EXPECT_EQ(result.errors, "");
   EXPECT_FALSE(std::filesystem::exists(runtime_.path()));  // no name was taken
 }
@@ -52,7 +52,7 @@ TEST_F(ScenarioCheck, WorksBesideAnEngineAndLeavesFilesAlone) {
   const Result result =
       RunToItsEnd(With(Scenario(""), {"--check", "--record", Path("record.log")}));
   EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.output, Path("scenario.json") + ": 0 rules, no faults\n");
+  EXPECT_EQ(result.output, Path("scenario.json") + ": 0 rules, no errors\n");
   EXPECT_EQ(ReadFile("record.log"), "kept");
 }
 
@@ -62,9 +62,9 @@ TEST_F(ScenarioCheck, TellsWhatIsWrong) {
     const char* error;
   } kRows[] = {
       {"{\"rules\": [\n{\"on\": 0, \"every_ms\": 1, \"send\": []}]}",
-       ":2: rules[0]: takes either \"on\" or \"every_ms\"\n"},
+       ":2:1: rules[0]: takes either \"on\" or \"every_ms\"\n"},
       {"{\"rules\": [\n,]}",
-       ":2:1: syntax error while parsing value - unexpected ','; expected '[', '{', or a "
+       ":2:1: rules: syntax error while parsing value - unexpected ','; expected '[', '{', or a "
        "literal\n"},
   };
   for (const auto& row : kRows) {
@@ -262,6 +262,7 @@ TEST_F(ScenarioProgram, TellsWhatCameToNothing) {
   EXPECT_EQ(engine->End(), 0);
   EXPECT_EQ(RemarksOf(*engine), "never set off: " + Path("scenario.json") +
                                     ":4: rules[2] on REQU_SHUTDOWN\n"
+                                    "not answered: 1 of REQU_INIT, a rule sends nothing\n"
                                     "not answered: 2 of REQU_GET_SPELL\n"
                                     "not answered: 1 of 4711\n");
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -155,6 +156,13 @@ TEST(Scenario, LeavesDelaysToChance) {
 
 // ---- errors
 
+// Without the column, which the tests of positions look at.
+std::string LineAndError(const std::string& text) {
+  const std::string error = ErrorOf(text);
+  const std::size_t line = error.find(':', std::string("demo.json:").size());
+  return error.substr(0, line) + error.substr(std::min(error.find(": "), error.size()));
+}
+
 struct ErrorRow {
   const char* text;
   const char* error;
@@ -162,32 +170,32 @@ struct ErrorRow {
 
 TEST(ScenarioErrors, OfTheRules) {
   const ErrorRow kRows[] = {
-      {"[]", "demo.json:1: the scenario: takes an object"},
-      {"\n3\n", "demo.json:2: the scenario: takes an object"},
-      {"{}", "demo.json:1: the scenario: has no \"rules\""},
+      {"[]", "demo.json:1:1: the scenario: takes an object"},
+      {"\n3\n", "demo.json:2:1: the scenario: takes an object"},
+      {"{}", "demo.json:1:1: the scenario: has no \"rules\""},
       {"{\"rules\": [],\n\"rule\": []}",
-       "demo.json:2: rule: unknown key; known here: state, rules"},
-      {"{\n\"rules\":\n{}}", "demo.json:2: rules: takes a list of rules"},
-      {"{\"rules\": [\n{}]}", "demo.json:2: rules[0]: takes either \"on\" or \"every_ms\""},
-      {"{\"rules\": [\n\n4\n]}", "demo.json:3: rules[0]: takes an object"},
-      {"{\"rules\": [{\"on\": 1}]}", "demo.json:1: rules[0]: has no \"send\""},
+       "demo.json:2:1: rule: unknown key; known here: state, rules"},
+      {"{\n\"rules\":\n{}}", "demo.json:2:1: rules: takes a list of rules"},
+      {"{\"rules\": [\n{}]}", "demo.json:2:1: rules[0]: takes either \"on\" or \"every_ms\""},
+      {"{\"rules\": [\n\n4\n]}", "demo.json:3:1: rules[0]: takes an object"},
+      {"{\"rules\": [{\"on\": 1}]}", "demo.json:1:12: rules[0]: has no \"send\""},
       {"{\"rules\": [{\"on\": 1, \"send\": []},\n{\"on\": 1, \"sned\": []}]}",
-       "demo.json:2: rules[1].sned: unknown key; known here: on, every_ms, where, contains, in, "
+       "demo.json:2:11: rules[1].sned: unknown key; known here: on, every_ms, where, contains, in, "
        "to, times, instead, send"},
       {"{\"rules\": [{\"on\": \"REQU_\", \"send\": []}]}",
-       "demo.json:1: rules[0].on: no message is called \"REQU_\""},
+       "demo.json:1:13: rules[0].on: no message is called \"REQU_\""},
       {"{\"rules\": [{\"on\": null, \"send\": []}]}",
-       "demo.json:1: rules[0].on: takes the name or number of a message or \"connect\""},
+       "demo.json:1:13: rules[0].on: takes the name or number of a message or \"connect\""},
       {"{\"rules\": [{\"on\": 1.5, \"send\": []}]}",
-       "demo.json:1: rules[0].on: takes the name or number of a message or \"connect\""},
+       "demo.json:1:13: rules[0].on: takes the name or number of a message or \"connect\""},
       {"{\"rules\": [{\"on\": 2147483648, \"send\": []}]}",
-       "demo.json:1: rules[0].on: takes a whole number from -2147483648 to 2147483647"},
+       "demo.json:1:13: rules[0].on: takes a whole number from -2147483648 to 2147483647"},
       {"{\"rules\": [{\"on\": 1,\n\"times\": 0, \"send\": []}]}",
-       "demo.json:2: rules[0].times: takes a whole number from 1 to 2147483647"},
+       "demo.json:2:1: rules[0].times: takes a whole number from 1 to 2147483647"},
       {"{\"rules\": [{\"on\": 1, \"times\": \"2\", \"send\": []}]}",
-       "demo.json:1: rules[0].times: takes a whole number from 1 to 2147483647"},
+       "demo.json:1:22: rules[0].times: takes a whole number from 1 to 2147483647"},
       {"{\"rules\": [{\"on\": 1, \"send\": {}}]}",
-       "demo.json:1: rules[0].send: takes a list of messages"},
+       "demo.json:1:22: rules[0].send: takes a list of messages"},
   };
   for (const ErrorRow& row : kRows) EXPECT_EQ(ErrorOf(row.text), row.error) << row.text;
 }
@@ -223,14 +231,14 @@ TEST(ScenarioErrors, OfWhatARuleAsksFor) {
       {"\"on\": 1, \"to\": 1", ".to: takes a text"},
   };
   for (const ErrorRow& row : kRows) {
-    EXPECT_EQ(ErrorOf(std::string("{\"rules\": [{\"send\": [], ") + row.text + "}]}"),
+    EXPECT_EQ(LineAndError(std::string("{\"rules\": [{\"send\": [], ") + row.text + "}]}"),
               std::string("demo.json:1: rules[0]") + row.error)
         << row.text;
   }
-  EXPECT_EQ(ErrorOf("{\"rules\": [],\n\"state\": 1}"), "demo.json:2: state: takes a text");
-  EXPECT_EQ(
-      ErrorOf("{\"rules\": [{\"on\": 1, \"in\": \"start\", \"send\": []}],\n\"state\": \"a\"}"),
-      "demo.json:1: rules[0].in: no rule leads to \"start\"");
+  EXPECT_EQ(LineAndError("{\"rules\": [],\n\"state\": 1}"), "demo.json:2: state: takes a text");
+  EXPECT_EQ(LineAndError(
+                "{\"rules\": [{\"on\": 1, \"in\": \"start\", \"send\": []}],\n\"state\": \"a\"}"),
+            "demo.json:1: rules[0].in: no rule leads to \"start\"");
 }
 
 TEST(ScenarioErrors, OfAMessage) {
@@ -266,7 +274,7 @@ TEST(ScenarioErrors, OfAMessage) {
   };
   for (const ErrorRow& row : kRows) {
     const std::string what = row.error;
-    EXPECT_EQ(ErrorOf(RuleWith(row.text)),
+    EXPECT_EQ(LineAndError(RuleWith(row.text)),
               "demo.json:1: rules[0].send[0]" + std::string(what[0] == '.' ? "" : ": ") + what)
         << row.text;
   }
@@ -307,13 +315,13 @@ TEST(ScenarioErrors, OfAField) {
   for (const auto& row : kRows) {
     const std::string text = std::string("{\"message\": \"") + row.message +
                              "\",\n\"fields\": {\n\"" + row.field + "\": " + row.value + "}}";
-    EXPECT_EQ(ErrorOf(RuleWith(text)),
+    EXPECT_EQ(LineAndError(RuleWith(text)),
               std::string("demo.json:3: rules[0].send[0].fields.") + row.field + row.error)
         << text;
   }
 }
 
-TEST(ScenarioErrors, NameTheLineOfTheKey) {
+TEST(ScenarioErrors, NameTheLineAndColumnOfTheKey) {
   EXPECT_EQ(ErrorOf("{\n"
                     "  \"rules\": [\n"
                     "    {\n"
@@ -322,14 +330,34 @@ TEST(ScenarioErrors, NameTheLineOfTheKey) {
                     "        {\"hex\": \"00\"},\n"
                     "        {\"hex\":\n"
                     "          \"0\"}]}]}"),
-            "demo.json:7: rules[0].send[1].hex: odd number of digits");
+            "demo.json:7:10: rules[0].send[1].hex: odd number of digits");
 }
 
-TEST(ScenarioErrors, NameTheLineOfANumberThatEndsIt) {
-  EXPECT_EQ(ErrorOf("{\"rules\": [{\"on\": 1, \"send\": [{\"message\": \"RESP_KILL_TRIP\",\n"
-                    "\"fields\": {\"handles\": [\n1,\n1.5\n]}}]}]}"),
-            "demo.json:4: rules[0].send[0].fields.handles[1]: takes a whole number from "
-            "-2147483648 to 2147483647");
+TEST(ScenarioErrors, NameTheColumnOfAnElementOfAList) {
+  const std::string head = "{\"rules\": [{\"on\": 1, \"in\": ";
+  EXPECT_EQ(ErrorOf(head + "[\"start\" ,\n\t 1]}]}"),
+            "demo.json:2:3: rules[0].in[1]: takes a text");
+  EXPECT_EQ(ErrorOf(head + "[\"\u00FC\", {}]}]}"), "demo.json:1:35: rules[0].in[1]: takes a text")
+      << "in bytes";
+  EXPECT_EQ(ErrorOf(head + "[\n12,13\n]}]}"), "demo.json:2:1: rules[0].in[0]: takes a text");
+}
+
+TEST(ScenarioErrors, NameTheColumnBehindNumbersOfAllEnds) {
+  const std::string head =
+      "{\"rules\": [{\"on\": 1, \"send\": [{\"message\": \"RESP_KILL_TRIP\",\n"
+      "\"fields\": {\"handles\": [";
+  const std::string path = ": rules[0].send[0].fields.handles";
+  const std::string error = ": takes a whole number from -2147483648 to 2147483647";
+  EXPECT_EQ(ErrorOf(head + "\n1,\n1.5\n]}}]}]}"), "demo.json:4:1" + path + "[1]" + error);
+  EXPECT_EQ(ErrorOf(head + "1,1.5]}}]}]}"), "demo.json:2:26" + path + "[1]" + error);
+  EXPECT_EQ(ErrorOf(head + "1 , 2\n,null]}}]}]}"), "demo.json:3:2" + path + "[2]" + error);
+  EXPECT_EQ(ErrorOf(head + "1], \"handle\": 2}}]}]}"),
+            "demo.json:2:28: rules[0].send[0].fields.handle: no such field; RESP_KILL_TRIP has "
+            "handles:words");
+}
+
+TEST(ScenarioErrors, AByteOrderMarkIsSkipped) {
+  EXPECT_EQ(ErrorOf("\xEF\xBB\xBF{\"rules\":\n 1}"), "demo.json:1:5: rules: takes a list of rules");
 }
 
 TEST(ScenarioErrors, OfTheJson) {
@@ -338,20 +366,30 @@ TEST(ScenarioErrors, OfTheJson) {
        "demo.json:1:1: syntax error while parsing value - unexpected end of input; expected "
        "'[', '{', or a literal"},
       {"{\n\"rules\": [,]}",
-       "demo.json:2:11: syntax error while parsing value - unexpected ','; expected '[', '{', or "
-       "a literal"},
+       "demo.json:2:11: rules: syntax error while parsing value - unexpected ','; expected '[', "
+       "'{', or a literal"},
       {"{\"rules\": []}\nx",
        "demo.json:2:1: syntax error while parsing value - invalid literal; "
        "last read: '\"rules\": []}<U+000A>x'; expected end of input"},
-      {"{\"rules\": [],\n \"rules\": []}", "demo.json:2:8: the key \"rules\" again"},
-      {"{\"rules\":\n 1e999}", "demo.json:2:7: number overflow parsing '1e999'"},
+      {"{\"rules\": [{\"on\": 1},\n{\"on\": ]}]}",
+       "demo.json:2:8: rules[1].on: syntax error while parsing value - unexpected ']'; expected "
+       "'[', '{', or a literal"},
+      {"{\"rules\": [{\"send\": [{\"hex\": \"\"\n\"message\": 1}]}]}",
+       "demo.json:2:9: rules[0].send[0]: syntax error while parsing object - unexpected string "
+       "literal; expected '}'"},
+      {"{\"rules\": [],\n \"rules\": []}", "demo.json:2:2: rules: the key is there already"},
+      {"{\"rules\": [{\"on\": 1, \"on\": 2}]}",
+       "demo.json:1:22: rules[0].on: the key is there already"},
+      {"{\"rules\":\n 1e999}", "demo.json:2:2: rules: number overflow parsing '1e999'"},
   };
   for (const ErrorRow& row : kRows) EXPECT_EQ(ErrorOf(row.text), row.error) << row.text;
 }
 
 TEST(ScenarioErrors, DeepNestingIsRefused) {
+  std::string path;
+  for (int level = 1; level < 32; ++level) path += "[0]";
   EXPECT_EQ(ErrorOf(std::string(1000000, '[')),
-            "demo.json:1:33: too many lists and objects in one another");
+            "demo.json:1:33: " + path + ": too many lists and objects in one another");
 }
 
 TEST(ScenarioErrors, EveryPrefixIsRefused) {

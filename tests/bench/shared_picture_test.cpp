@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "bench/model/shared_surface.h"
-#include "tests/bench/model/shared_object.h"
+#include "bench/picture/shared_surface.h"
+#include "tests/bench/picture/shared_object.h"
 
 namespace ventrik::bench {
 namespace {

@@ -18,7 +18,7 @@ namespace {
 constexpr char kPassau[] = "DE\tGermany\tBayern\tPassau\t48.56650\t13.43122\t50566\n";
 constexpr char kPau[] = "FR\tFrance\tNouvelle-Aquitaine\tPau\t43.31117\t-0.35583\t82697\n";
 
-std::string FaultOf(const std::string& text) {
+std::string ErrorOf(const std::string& text) {
   std::string error;
   EXPECT_FALSE(World::Parse(text, error)) << text;
   return error;
@@ -45,10 +45,10 @@ TEST(WorldParse, GathersPlacesByCountryAndState) {
   EXPECT_EQ(pau.population, 82697u);
 }
 
-TEST(WorldParse, NamesTheFaultAndItsLine) {
+TEST(WorldParse, NamesTheErrorAndItsLine) {
   const struct {
     const char* line;
-    const char* fault;
+    const char* error;
   } kRows[] = {
       {"DE\tGermany\tBayern\tHof\t50.3\t11.9", "not seven fields"},
       {"DE\tGermany\tBayern\tHof\t50.3\t11.9\t1\t2", "not seven fields"},
@@ -72,20 +72,20 @@ TEST(WorldParse, NamesTheFaultAndItsLine) {
       {"DD\tGermany\tBayern\tHof\t50.3\t11.9\t1", "country under two codes or names"},
   };
   for (const auto& row : kRows) {
-    EXPECT_EQ(FaultOf(kPassau + std::string(row.line) + "\n"), std::string("line 2: ") + row.fault)
+    EXPECT_EQ(ErrorOf(kPassau + std::string(row.line) + "\n"), std::string("line 2: ") + row.error)
         << row.line;
   }
 }
 
-TEST(WorldParse, ATextWithoutPlacesIsAFault) {
-  EXPECT_EQ(FaultOf(""), "no places");
-  EXPECT_EQ(FaultOf("# only a comment"), "no places");
+TEST(WorldParse, ATextWithoutPlacesIsAnError) {
+  EXPECT_EQ(ErrorOf(""), "no places");
+  EXPECT_EQ(ErrorOf("# only a comment"), "no places");
 }
 
-TEST(WorldParse, EveryPrefixOfALineButItsPopulationIsAFault) {
+TEST(WorldParse, EveryPrefixOfALineButItsPopulationIsAnError) {
   const std::string line(kPassau, sizeof kPassau - 2);
   for (std::size_t length = 1; length <= line.rfind('\t') + 1; ++length) {
-    EXPECT_NE(FaultOf(line.substr(0, length)), "") << length;
+    EXPECT_NE(ErrorOf(line.substr(0, length)), "") << length;
   }
 }
 

@@ -20,7 +20,7 @@ SOFTWARE_TEXT = "RESP_GET_SW_VERSION> swVersion: kelmora-bench 0.1.0\n"
 UNHANDLED = "Error: Unhandled response or info ("
 
 KINDS = (
-    "refuse slow unread miscount hang die drop late duplicate reorder flood oversize unknown"
+    "refuse slow unread miscount hang die restart drop late duplicate reorder flood oversize unknown"
     " truncate lie endless"
 ).split()
 
@@ -70,8 +70,10 @@ def table(output):
     ]
 
 
-def logged(place):
-    return [json.loads(line) for line in (place.work / "log.json").read_text().splitlines()]
+def logged(place, strikes=False):
+    """The messages of the log, or what it tells of faults that struck."""
+    entries = [json.loads(line) for line in (place.work / "log.json").read_text().splitlines()]
+    return [entry for entry in entries if ("fault" in entry) == strikes]
 
 
 LOG = ("--log", "log.json", "--log-format", "json")
@@ -100,6 +102,7 @@ def test_slow_handshake_holds_up_the_command_and_loses_nothing(place):
     assert names == ["REQU_GET_DB_VERSION", "REQU_INIT", "REQU_GET_SW_VERSION"]
     assert logged(place)[0]["ms"] >= 1000, "nothing is received during the handshake"
     assert "dbVersion" in play.answers
+    assert [entry["fault"] for entry in logged(place, strikes=True)] == ["slow"]
     assert faults_done(summary(engine)) == "slow 1"
 
 
@@ -124,6 +127,9 @@ def test_engine_that_hangs_for_a_while_answers_late(place):
     answered, asked = logged(place)[1:3]
     assert (answered["message"], asked["message"]) == ("RESP_INIT", "REQU_GET_SW_VERSION")
     assert asked["ms"] - answered["ms"] >= 900, "it stood still before it read"
+    (strike,) = logged(place, strikes=True)
+    assert (strike["fault"], strike["message"]) == ("hang", "REQU_GET_SW_VERSION")
+    assert strike["client"] == asked["from"]
     assert faults_done(summary(engine)) == "hang 1"
 
 
@@ -150,12 +156,26 @@ def test_engine_that_dies_and_comes_back_is_connected_to_anew_by_server(place):
     assert place.sockets_left() == []
 
 
-@pytest.mark.parametrize("fault", ["hang", "die", "slow", "unread"])
+def test_engine_that_is_started_again_has_forgotten_its_trips(place):
+    stop = 'item("SDestinationElementList","stops","<GEOC>Germany<*><CTY>Potsdam<*>","")\n'
+    trip = stop + 'item("SRouteModeList","modes","fastest")\nrnew("stops","modes")\n'
+    again = 'vers\nwait("2")\nserver("navigation")\n' + INIT + 'start("1")\nwaitresp("410")\n'
+    for fault, described in (("die", "(1,"), ("restart", "(-1,-1,-1)")):
+        engine = faulty(place, f"{fault},message=REQU_GET_SW_VERSION,times=1,seconds=0.5")
+        play = Play(place, INIT + trip + 'waitresp("405")\nwait("1")\n' + again)
+        (line,) = [each for each in play.answers.splitlines() if "INFO_ACTIVE_ROUTE_DESC>" in each]
+        assert described in line
+        output = summary(engine)
+        assert f"not answered: 1 of REQU_GET_SW_VERSION, struck by {fault}\n" in output
+        assert faults_done(output) == f"{fault} 1"
+
+
+@pytest.mark.parametrize("fault", ["hang", "die", "restart", "slow", "unread"])
 def test_engine_ends_in_the_middle_of_a_fault(place, fault):
-    engine = faulty(place, f"{fault},times=1,seconds=60")
+    engine = faulty(place, f"{fault},times=1" + (",seconds=60" if fault != "unread" else ""))
     tester = place.tester().see("Press ENTER")
     tester.command("vers").see("vers")
-    if fault == "die":
+    if fault in ("die", "restart"):
         tester.see("No such process")
     else:
         tester.settle(1)
@@ -320,6 +340,12 @@ def test_fault_at_zero_changes_nothing(place, zero):
         ("--fault", "drop,probability=2", "drop: probability takes a number from 0 to 1"),
         ("--fault", "late,seconds=-1", "late: seconds takes seconds, 0 to 86400"),
         ("--fault", "flood,copies=x", "flood: copies takes a whole number"),
+        ("--fault", "refuse,message=REQU_INIT", "refuse: message has no effect on this kind"),
+        ("--fault", "drop,seconds=1", "drop: seconds has no effect on this kind"),
+        ("--fault", "late,copies=1", "late: copies has no effect on this kind"),
+        ("--fault", "hang,message=RESP_INIT", "hang: strikes requests, and RESP_INIT is none"),
+        ("--fault", "lie,message=REQU_INIT", "lie: strikes what the engine sends"),
+        ("--fault", "lie,from=5,until=4", "lie: until is not behind from"),
         ("--log-format", "xml", "--log-format"),
         ("--picture-dir", "missing", "--picture-dir"),
         ("--overlay-dir", "missing", "--overlay-dir"),
@@ -351,83 +377,6 @@ def test_engine_ends_by_itself_behind_the_answer_to_shutdown(place):
     assert engine.stderr.read() == ""
     counts = "kelmora-bench: 3 messages received, 3 sent, 1 connections\n"
     assert engine.stdout.read().startswith(counts)
-    assert place.sockets_left() == []
-
-
-# The log.
-
-SESSION = INIT + 'spell("<GEOC>Ger<*>")\nwaitresp("303")\n' + LIST + SOFTWARE
-
-
-def test_log_of_text_has_a_line_for_each_message(place):
-    engine = place.engine("--log", "log.txt")
-    Play(place, SESSION)
-    summary(engine)
-    lines = (place.work / "log.txt").read_text().splitlines()
-    parts = [re.fullmatch(r" *\d+\.\d{3} (<-|->) (\d+) (\w+)(.*)", line) for line in lines]
-    assert all(parts), lines
-    assert [part.group(1, 3) for part in parts] == [
-        ("<-", "REQU_INIT"),
-        ("->", "RESP_INIT"),
-        ("<-", "REQU_GET_SPELL"),
-        ("->", "RESP_GET_SPELL"),
-        ("<-", "REQU_GET_LIST"),
-        ("->", "RESP_GET_LIST"),
-        ("<-", "REQU_GET_SW_VERSION"),
-        ("->", "RESP_GET_SW_VERSION"),
-    ]
-    assert len({part[2] for part in parts}) == 1, "one client"
-    assert parts[2][4] == " inputEIS='<GEOC>Ger<*>'"
-    assert "nextAvailableCharacters='m'" in parts[3][4]
-
-
-def test_log_of_json_has_each_message_with_its_fields(place):
-    engine = place.engine(*LOG)
-    Play(place, SESSION)
-    summary(engine)
-    entries = logged(place)
-    assert [("from" in entry, entry["message"]) for entry in entries[:4]] == [
-        (True, "REQU_INIT"),
-        (False, "RESP_INIT"),
-        (True, "REQU_GET_SPELL"),
-        (False, "RESP_GET_SPELL"),
-    ]
-    assert len({entry.get("from", entry.get("to")) for entry in entries}) == 1
-    times = [entry["ms"] for entry in entries]
-    assert times == sorted(times)
-    assert entries[2]["fields"] == {"inputEIS": "<GEOC>Ger<*>"}
-    assert entries[3]["fields"]["offeredCharacters"] == "many"
-    assert entries[5]["fields"]["itemList"][2] == "<GEOS>Bayern<*><CTY>Passau<*>"
-
-
-def test_log_to_standard_output_stands_between_the_first_line_and_the_summary(place):
-    engine = place.engine("--log", "-", "--log-format", "json")
-    Play(place, INIT)
-    lines = summary(engine).splitlines()
-    assert [json.loads(line)["message"] for line in lines[:2]] == ["REQU_INIT", "RESP_INIT"]
-    assert lines[2].startswith("kelmora-bench: 1 messages received")
-
-
-def test_log_shows_damaged_messages_by_their_bytes(place):
-    engine = faulty(place, "unknown,message=RESP_GET_SW_VERSION", options=LOG)
-    Play(place, INIT + "vers\n" + DATABASE)
-    summary(engine)
-    (damaged,) = [entry for entry in logged(place) if "hex" in entry]
-    assert damaged["number"] == 0x40000000 + 902
-    assert bytes.fromhex(damaged["hex"])[8:].startswith(b"kelmora-bench")
-
-
-def test_log_that_cannot_be_made_keeps_the_engine_from_starting(place):
-    result = subprocess.run(
-        [place.programs / "kelmora-bench", "--log", "."],
-        capture_output=True,
-        timeout=PATIENCE,
-        env=place.environment(),
-        cwd=place.work,
-        text=True,
-    )
-    assert result.returncode == 2
-    assert result.stderr == "kelmora-bench: .: Is a directory\n"
     assert place.sockets_left() == []
 
 

@@ -371,6 +371,103 @@ TEST_F(GuidanceTest, AGpsRecordFarFromTheRouteIsNoArrival) {
   EXPECT_TRUE(ReachedIn(Gps(13.43122, 40)).empty());
 }
 
+// A vehicle that is guided from Berlin to Passau and drives due east instead.
+class OffRouteTest : public GuidanceTest {
+ protected:
+  OffRouteTest() { Start(Calculated({kPassau})); }
+
+  // A record so many metres east of Berlin, where the route leads south.
+  std::vector<Sent> East(double metres) { return Gps(13.41053 + metres / 67'650, 52.52437); }
+
+  bool IsRerouting() { return !state().guidance.active && state().guidance.handle == 1; }
+};
+
+TEST_F(OffRouteTest, SomeWayOffTheRouteLeadsToANewOne) {
+  EXPECT_FALSE(East(150).empty()) << "guided on, at first";
+  now_ += Milliseconds{1000};
+  EXPECT_FALSE(East(449).empty());
+  EXPECT_TRUE(East(451).empty());
+  EXPECT_TRUE(IsRerouting());
+  const std::vector<Sent> sent = Pass(kCalculation);
+  EXPECT_EQ(Only(sent, INFO_CALC_STATE).size(), 5u);
+  const double air = MetresFrom(13.43122, 48.5665);
+  EXPECT_NEAR(Only(sent, INFO_ACTIVE_ROUTE_DESC).at(0).Number("routeDesc2"), air, air / 20);
+  EXPECT_EQ(Only(sent, INFO_NEXT_MAN_INFO).size(), 1u);
+  const Position start = FindRoute(state().trips, 1)->start;
+  EXPECT_NEAR(MetresFrom(start.longitude, start.latitude), 0, 1) << "it begins at the vehicle";
+}
+
+TEST_F(OffRouteTest, SomeTimeOffTheRouteLeadsToANewOne) {
+  East(150);
+  now_ += kOffRoutePatience - Milliseconds{1};
+  East(150);
+  EXPECT_FALSE(IsRerouting());
+  now_ += Milliseconds{1};
+  East(150);
+  EXPECT_TRUE(IsRerouting());
+}
+
+TEST_F(OffRouteTest, WhoComesBackIsGuidedOn) {
+  East(150);
+  now_ += kOffRoutePatience;
+  East(10);
+  East(150);
+  now_ += kOffRoutePatience - Milliseconds{1};
+  East(150);
+  EXPECT_FALSE(IsRerouting()) << "counted from the second time";
+}
+
+TEST_F(OffRouteTest, WhoTurnsBackGetsANewRoute) {
+  const Route shape = *FindRoute(state().trips, 1)->shape;
+  for (const double metres : {5000.0, 4800.0, 4520.0}) {
+    const Position position = PositionAt(shape, metres);
+    Gps(position.longitude, position.latitude);
+    EXPECT_FALSE(IsRerouting()) << metres;
+  }
+  const Position position = PositionAt(shape, 4480);
+  Gps(position.longitude, position.latitude);
+  EXPECT_TRUE(IsRerouting());
+}
+
+TEST_F(OffRouteTest, DestinationsThatWerePassedStayPassed) {
+  Start(Calculated({kPassau, kPotsdam}));
+  Gps(13.43122, 48.5665);
+  Gps(13.44, 48.5665);
+  now_ += kOffRoutePatience;
+  Gps(13.44, 48.5665);
+  EXPECT_FALSE(state().guidance.active);
+  const Sent description = Only(Pass(kCalculation), INFO_ACTIVE_ROUTE_DESC).at(0);
+  EXPECT_NEAR(description.Number("routeDesc2"), MetresFrom(13.06566, 52.39886), 30'000);
+}
+
+TEST_F(OffRouteTest, NobodyIsGuidedOverTheOcean) {
+  Gps(-30, 45);
+  now_ += kOffRoutePatience;
+  Gps(-30, 45);
+  EXPECT_EQ(SentLines(Pass(kCalculation)).back(), kNoRoute[0]);
+  EXPECT_EQ(state().guidance.handle, 0);
+}
+
+// ---- prompts
+
+TEST_F(GuidanceTest, StopSilencesGuidance) {
+  DemoOn(0, 0);
+  const std::int32_t handle = Calculated({kPassau});
+  Start(handle);
+  while (Only(Pass(kDriveTick), INFO_PROMPT_READY).empty()) {
+    ASSERT_TRUE(state().guidance.active) << "no prompt on the way";
+  }
+  Stop();
+  EXPECT_TRUE(state().audio.prompts.empty());
+  EXPECT_TRUE(Only(Pass(Milliseconds{20'000}), INFO_PROMPT_READY).empty());
+
+  Start(handle);
+  state().audio.prompts = {kAudioAutomatic, kAudioAutomatic};
+  state().audio.phase = PromptPhase::announced;
+  Handle(encode::REQU_KILL_TRIP({{handle}}));
+  EXPECT_TRUE(state().audio.prompts.empty()) << "so does the end of the trip";
+}
+
 // ---- the rest
 
 TEST_F(GuidanceTest, FactoryResetEndsItAll) {

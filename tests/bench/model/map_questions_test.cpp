@@ -10,8 +10,9 @@
 
 #include "bench/model/map_items.h"
 #include "bench/model/map_picks.h"
+#include "bench/model/map_picture.h"
 #include "tests/bench/model/model_fixture.h"
-#include "tests/bench/model/read_png.h"
+#include "tests/bench/picture/read_png.h"
 #include "tests/support/temporary_directory.h"
 
 namespace ventrik::bench {
@@ -22,6 +23,10 @@ using Texts = std::vector<std::string>;
 constexpr Position kPassau{13.43122, 48.56650};
 constexpr char kPassauRow[] =
     "<GEOC>Germany<*><GEOS>Bayern<*><CTY>Passau<*><GEO>13.43122 48.56650<*><POP>50560<*>";
+
+Pixel Solid(const MapColour& colour) {
+  return {colour.red, colour.green, colour.blue, 255};
+}
 
 class MapQuestionsTest : public ModelFixture {
  protected:

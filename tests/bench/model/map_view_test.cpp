@@ -82,7 +82,9 @@ TEST(MapViewTest, AFrameShowsAllPlaces) {
     EXPECT_TRUE(point.x > 0 && point.x < kMapWidth) << point.x;
     EXPECT_TRUE(point.y > 0 && point.y < kMapHeight) << point.y;
   }
-  EXPECT_EQ(FrameOf({kBerlin}).zoom, kClosestZoom);
+  EXPECT_EQ(FrameOf({kBerlin}).zoom, 5000) << "a town fills a map of the closest zoom";
+  EXPECT_EQ(FrameOf({kBerlin, kBerlin}).zoom, 5000);
+  EXPECT_EQ(FrameOf({kBerlin, {kBerlin.longitude + 0.0001, kBerlin.latitude}}).zoom, kClosestZoom);
   EXPECT_EQ(FrameOf({{-179, -89}, {179, 89}}).zoom, kWidestZoom);
 }
 

@@ -23,6 +23,7 @@ struct Sent {
   MessageFields fields;
   Audience audience;
   Milliseconds after;
+  ClientNumber client;  // of the audience `one`
 
   template <class Value>
   const Value& Field(std::string_view name) const {
@@ -40,7 +41,7 @@ class ModelFixture : public ::testing::Test {
     return Decode(
         model_.Handle({static_cast<const std::uint8_t*>(static_cast<const void*>(request.data())),
                        request.size()},
-                      now_));
+                      now_, client_));
   }
 
   // The answers to every beginning of a request, from its number alone to all of it.
@@ -71,12 +72,13 @@ class ModelFixture : public ::testing::Test {
   static std::vector<Sent> Decode(const std::vector<Outgoing>& messages) {
     std::vector<Sent> sent;
     for (const Outgoing& message : messages) {
-      const ReceivedBlock block{message.block.data(), message.block.size()};
+      const Block bytes = message.make ? message.make() : message.block;
+      const ReceivedBlock block{bytes.data(), bytes.size()};
       auto fields = DecodeMessage(block);
       EXPECT_TRUE(fields) << "a message that can't be encoded";
       if (!fields) continue;
       sent.push_back({static_cast<FunctionId>(block.Word(0)), std::move(*fields), message.audience,
-                      message.after});
+                      message.after, message.client});
     }
     return sent;
   }
@@ -84,6 +86,7 @@ class ModelFixture : public ::testing::Test {
   EngineState& state() { return model_.state(); }
 
   TimePoint now_{};
+  ClientNumber client_ = 1;  // who sends the requests
   Model model_{BuiltInWorld()};
 };
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <string>
@@ -10,10 +11,10 @@
 #include <vector>
 
 #include "bench/model/map_picks.h"
-#include "bench/model/shared_surface.h"
+#include "bench/picture/shared_surface.h"
 #include "tests/bench/model/model_fixture.h"
-#include "tests/bench/model/read_png.h"
-#include "tests/bench/model/shared_object.h"
+#include "tests/bench/picture/read_png.h"
+#include "tests/bench/picture/shared_object.h"
 #include "tests/support/temporary_directory.h"
 
 namespace ventrik::bench {
@@ -53,6 +54,9 @@ class OverlaysTest : public ModelFixture {
     return sent.size() == 1 && Ended(sent, Audience::requester).size() == 1 &&
            reports_.size() == 1 && SurfacesOf(state(), "map").empty();
   }
+  static bool Exists(const std::string& sid) {
+    return access(("/dev/shm/" + sid).c_str(), F_OK) == 0;
+  }
   std::string PathOf(const std::string& sid) const { return folder_.path() + "/" + sid + ".png"; }
 
   tests::TemporaryDirectory folder_;
@@ -74,7 +78,9 @@ TEST_F(OverlaysTest, ASurfaceIsTakenSavedAndGivenUp) {
   EXPECT_EQ(PixelOf(picture, 639, 479), (Pixel{5, 6, 7, 8}));
 
   EXPECT_TRUE(Pass(kSurfaceLife - Milliseconds(1)).empty());
+  EXPECT_TRUE(Exists(sid_));
   EXPECT_EQ(Ended(Pass(Milliseconds(1))), Texts{"<SID>" + sid_ + "<*>"});
+  EXPECT_FALSE(Exists(sid_));
   EXPECT_TRUE(SurfacesOf(state(), "map").empty());
   EXPECT_TRUE(Pass(Milliseconds(60'000)).empty());
   EXPECT_TRUE(reports_.empty());
@@ -108,6 +114,8 @@ TEST_F(OverlaysTest, ASurfaceEndsWhenItsMapMovesOn) {
   EXPECT_EQ(moved[1].id, INFO_MAP_OVERLAY_SURFACE_INVALID);
   EXPECT_EQ(moved[2].id, INFO_MAP_OVERLAY_AREA);
   EXPECT_EQ(Ended(moved), Texts{"<SID>" + sid_ + "<*>"});
+  EXPECT_FALSE(Exists(sid_));
+  EXPECT_TRUE(Exists(other));
   EXPECT_EQ(Ended(Pass(kSurfaceLife)), Texts{"<SID>" + other + "<*>"});
 }
 
@@ -115,6 +123,7 @@ TEST_F(OverlaysTest, ASurfaceEndsWhenItsMapIsHidden) {
   const SharedObject object(sid_, kSize);
   Offer(sid_);
   EXPECT_EQ(Ended(Handle(encode::REQU_MAP_CONTROLS("<MVI>0<*>"))), Texts{"<SID>" + sid_ + "<*>"});
+  EXPECT_FALSE(Exists(sid_));
 }
 
 TEST_F(OverlaysTest, SeveralSurfacesEndEachAtItsTime) {
@@ -128,6 +137,17 @@ TEST_F(OverlaysTest, SeveralSurfacesEndEachAtItsTime) {
   Offer(sid_);  // anew
   const auto sent = Pass(kSurfaceLife);
   EXPECT_EQ(Ended(sent), (Texts{"<SID>" + other + "<*>", "<SID>" + sid_ + "<*>"}));
+}
+
+TEST_F(OverlaysTest, TheEndOfTheEngineLeavesNoObjects) {
+  const SharedObject object(sid_, kSize);
+  {
+    Model ending(BuiltInWorld());
+    ending.state().overlays.surfaces.push_back({sid_, "map", now_ + kSurfaceLife});
+    ending.state().overlays.surfaces.push_back({"../" + sid_, "map", now_ + kSurfaceLife});
+    EXPECT_TRUE(Exists(sid_));
+  }
+  EXPECT_FALSE(Exists(sid_));
 }
 
 TEST_F(OverlaysTest, AMapTellsItsSurfacesToAPick) {
@@ -158,6 +178,7 @@ TEST_F(OverlaysTest, WrongSizes) {
   for (const off_t size : {off_t{0}, off_t{1}, kSize - 1, kSize + 1, off_t{1} << 40}) {
     const SharedObject object(sid_, size);
     EXPECT_TRUE(IsRefused(sid_)) << size;
+    EXPECT_TRUE(Exists(sid_)) << "it was no surface";
     EXPECT_EQ(reports_.at(0), "the surface \"" + sid_ + "\" is invalid: " + std::to_string(size) +
                                   " bytes instead of 1228800");
   }
@@ -199,12 +220,15 @@ TEST_F(OverlaysTest, AnObjectThatShrinksWhileItIsRead) {
 
 TEST_F(OverlaysTest, ThereIsAnEndToSurfaces) {
   state().overlayFolder.clear();
-  const SharedObject object(sid_, kSize);
+  const SharedObject refused(sid_, kSize);
   for (std::size_t number = 0; number < kMostSurfaces; ++number) {
-    state().overlays.surfaces.push_back({"s" + std::to_string(number), "two", now_ + kSurfaceLife});
+    state().overlays.surfaces.push_back(
+        {OwnObjectName(std::to_string(number)), "two", now_ + kSurfaceLife});
   }
   EXPECT_TRUE(IsRefused(sid_));
+  EXPECT_FALSE(Exists(sid_)) << "it was one too much";
   EXPECT_EQ(Ended(Pass(kSurfaceLife)).size(), kMostSurfaces);
+  const SharedObject object(sid_, kSize);
   EXPECT_TRUE(Offer(sid_).empty());
 }
 

@@ -24,9 +24,12 @@ inline std::string ValueText(const FieldValue& value) {
   return "?";  // doubles and destinations, which none of these tests is about
 }
 
-// "RESP_PLAY_PROMPT prompt=3 validState=1"; with "all: " before it if it is for everyone.
+// "RESP_PLAY_PROMPT prompt=3 validState=1"; with "all: " before it if it is for everyone, and "1: "
+// if it is for that client.
 inline std::string SentText(const Sent& message) {
-  std::string text = message.audience == Audience::everyone ? "all: " : "";
+  std::string text;
+  if (message.audience == Audience::everyone) text = "all: ";
+  if (message.audience == Audience::one) text = std::to_string(message.client) + ": ";
   text += FunctionName(message.id);
   for (const MessageField& field : message.fields) {
     text += ' ' + field.name + '=' + ValueText(field.value);

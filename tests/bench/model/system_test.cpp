@@ -83,6 +83,16 @@ TEST_F(SystemTest, RestoringEndsDemoModeAndTheSurfacesOfMaps) {
   EXPECT_TRUE(state().overlays.surfaces.empty());
 }
 
+TEST_F(SystemTest, RestoringEndsAnUpdate) {
+  Handle(encode::REQU_CHECK_FOR_UPDATE("/map-v7.pkg"));
+  Pass(Milliseconds{1000});
+  EXPECT_EQ(Answers(encode::REQU_RESTORE_FACTORY()),
+            (Lines{"RESP_RESTORE_FACTORY",
+                   "all: INFO_UPDATE_PROGRESS updatePath='/map-v7.pkg' percent=0"}));
+  EXPECT_EQ(SentLines(Pass(Milliseconds{10'000})), Lines{});
+  EXPECT_EQ(state().updates.installed, 1);
+}
+
 TEST_F(SystemTest, RestoringLetsALoadingPackageEnd) {
   Handle(Block{0x34, 0x23, 0, 0});  // a piece
   ASSERT_TRUE(state().packages.loadedAt);

@@ -46,7 +46,10 @@ inline Ids IdsOf(const std::vector<Sent>& sent) {
 class TrafficFixture : public ModelFixture {
  protected:
   ~TrafficFixture() override {
-    for (const Sent& message : seen_) EXPECT_EQ(message.audience, Audience::everyone);
+    for (const Sent& message : seen_) {
+      const bool isNews = message.id == INFO_TMC_NEW_EVENTS || message.id == INFO_TMC_DEL_EVENTS;
+      EXPECT_EQ(message.audience, isNews ? Audience::one : Audience::everyone);
+    }
   }
 
   template <class Request>
@@ -61,7 +64,9 @@ class TrafficFixture : public ModelFixture {
     return Ask(encode::REQU_TMC_AVOIDS(mode, {events}));
   }
   std::vector<Sent> Subscribe(std::int32_t filter, std::int32_t mode) {
-    return Ask(encode::REQU_TMC_SET_INFO_NOTIFICATION(filter, mode));
+    auto sent = Handle(encode::REQU_TMC_SET_INFO_NOTIFICATION(filter, mode));
+    for (const Sent& message : sent) EXPECT_NE(message.audience, Audience::everyone);
+    return sent;
   }
   std::vector<Sent> RouteMode(std::int32_t mode, std::int32_t threshold = 0) {
     return Ask(encode::REQU_SET_TMC_ROUTE_MODE(mode, threshold));

@@ -110,6 +110,26 @@ TEST_F(TrafficNewsTest, FrequencyReportsAllEachTime) {
   EXPECT_EQ(IdsOf(Pass(Milliseconds(1))), Ids{INFO_TMC_NEW_EVENTS});
 }
 
+TEST_F(TrafficNewsTest, EachClientHasItsOwnFilterAndMode) {
+  Subscribe(kSignificant, kNotifyOnChange);
+  client_ = 2;
+  Subscribe(kNonSignificant, kNotifyOnChange);
+  client_ = 3;
+  Subscribe(kAllMessages, kNotifyByFrequency);
+  const auto closed = Data(kClosed);
+  ASSERT_EQ(IdsOf(closed), (Ids{INFO_TMC_INFO_CHANGED, INFO_TMC_NEW_EVENTS}));
+  EXPECT_EQ(closed[1].client, 1u);
+  const auto free = Data(kFree);
+  ASSERT_EQ(IdsOf(free), (Ids{INFO_TMC_INFO_CHANGED, INFO_TMC_NEW_EVENTS}));
+  EXPECT_EQ(free[1].client, 2u);
+  const auto report = Pass(kTrafficReportPeriod);
+  ASSERT_EQ(IdsOf(report), Ids{INFO_TMC_NEW_EVENTS});
+  EXPECT_EQ(report[0].client, 3u);
+  EXPECT_EQ(report[0].Field<Texts>("tmcEvents").size(), 2u);
+  model_.Forget(1);
+  EXPECT_EQ(IdsOf(Data("EVENT htmc=1 age=0")), Ids{INFO_TMC_INFO_CHANGED});
+}
+
 TEST_F(TrafficNewsTest, AModeThatIsNoneEndsTheNews) {
   Data(kClosed);
   for (const std::int32_t mode : {0, 3, 5, -1, std::numeric_limits<std::int32_t>::max()}) {
@@ -222,6 +242,40 @@ TEST_F(TrafficOnATripTest, RoutesComeAndGoWithGuidance) {
   EXPECT_EQ(Only(begun, INFO_TMC_ROUTE_ACCEPTED).size(), 1u);
   Handle(encode::REQU_STOP_GUIDANCE());
   EXPECT_EQ(Only(Pass(Milliseconds(0)), INFO_TMC_ROUTES_DELETED).size(), 1u);
+}
+
+TEST_F(TrafficOnATripTest, AnAcceptedRouteLeadsAroundTheEvents) {
+  const std::int32_t handle = Calculated({kPotsdam});
+  const Sent direct = Only(Start(handle), INFO_ACTIVE_ROUTE_DESC).at(0);
+  Handle(encode::REQU_SET_TMC_ROUTE_MODE(kAutomatic, 0));
+  EXPECT_EQ(Only(Handle(encode::TMC_DATA(kClosed)), INFO_TMC_ROUTE_ACCEPTED).size(), 1u);
+  const auto around = Pass(kCalculation);
+  EXPECT_EQ(Only(around, INFO_CALC_STATE).size(), 5u);
+  const auto description = Only(around, INFO_ACTIVE_ROUTE_DESC);
+  ASSERT_EQ(description.size(), 1u);
+  EXPECT_EQ(description[0].Number("routeDesc1"), handle);
+  EXPECT_GT(description[0].Number("routeDesc2"), direct.Number("routeDesc2")) << "metres";
+  EXPECT_GT(description[0].Number("routeDesc3"), direct.Number("routeDesc3")) << "seconds";
+
+  Handle(encode::TMC_DATA(kQueue));
+  const Sent further = Only(Pass(kCalculation), INFO_ACTIVE_ROUTE_DESC).at(0);
+  EXPECT_GT(further.Number("routeDesc2"), description[0].Number("routeDesc2")) << "one event more";
+
+  // The way around is kept when it isn't needed any more, until something else asks for a new one.
+  Handle(encode::REQU_SET_TMC_MODE(kOff, ""));
+  EXPECT_TRUE(Only(Pass(kCalculation), INFO_ACTIVE_ROUTE_DESC).empty());
+  Handle(encode::REQU_BLOCK_ROUTE(0, {{"x"}}));
+  Handle(encode::REQU_BLOCK_ROUTE(1, {{"x"}}));
+  const Sent again = Only(Pass(kCalculation), INFO_ACTIVE_ROUTE_DESC).at(0);
+  EXPECT_EQ(again.Number("routeDesc2"), direct.Number("routeDesc2"));
+}
+
+TEST_F(TrafficOnATripTest, ARouteThatIsOnlyOfferedStaysAsItIs) {
+  Start(Calculated({kPotsdam}));
+  Handle(encode::REQU_SET_TMC_ROUTE_MODE(kManual, 0));
+  EXPECT_EQ(Only(Handle(encode::TMC_DATA(kClosed)), INFO_TMC_ROUTES_AVAILABLE).size(), 1u);
+  EXPECT_TRUE(Pass(kCalculation).empty());
+  EXPECT_EQ(EventsAvoided(state(), 1), 0u);
 }
 
 }  // namespace

@@ -174,7 +174,7 @@ TEST_F(TrafficTest, AsManyEventsAsFitAreKept) {
   }
   Guide(kRoute);
   Replies out;
-  TellTrafficChanges(state(), out);
+  TellTrafficChanges(state(), now_, out);
   const auto messages = out.Take();
   ASSERT_EQ(messages.size(), 1u);
   EXPECT_GT(messages[0].block.size(), 2 * kMostTrafficEvents * 100);
@@ -184,7 +184,7 @@ TEST_F(TrafficTest, AsManyEventsAsFitAreKept) {
 TEST_F(TrafficTest, RestoringTellsWhatItChanges) {
   const auto restore = [this] {
     Replies out;
-    RestoreTraffic(state(), out);
+    RestoreTraffic(state(), now_, out);
     return Decode(out.Take());
   };
   EXPECT_TRUE(restore().empty());

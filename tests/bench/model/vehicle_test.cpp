@@ -31,7 +31,7 @@ TEST_F(VehicleTest, OnceIsForTheRequesterAndOnce) {
 }
 
 TEST_F(VehicleTest, OnChangeTellsNowAndAtEachMove) {
-  EXPECT_EQ(Ask(2, 0), Lines{std::string("all: INFO_VEH_LOC_INFO_DETAILS ") + kAtFirst});
+  EXPECT_EQ(Ask(2, 0), Lines{std::string("INFO_VEH_LOC_INFO_DETAILS ") + kAtFirst});
   EXPECT_EQ(Gps(13.43122, 48.5665).size(), 1u);
   EXPECT_TRUE(Gps(13.43122, 48.5665).empty()) << "no move";
   EXPECT_FALSE(model_.NextTick());
@@ -64,13 +64,46 @@ TEST_F(VehicleTest, TimesThatNobodySawAreLeftOut) {
 TEST_F(VehicleTest, OtherModesEndTheNotification) {
   for (const std::int32_t mode : {0, 3, 8, -1, kMin, kMax}) {
     Ask(4, 1);
-    EXPECT_EQ(Ask(mode, 1), Lines{}) << mode;
+    EXPECT_EQ(Ask(mode, 1).size(), 1u) << mode;
+    EXPECT_EQ(Ask(mode, 1)[0].substr(0, 31), "INFO_VEH_LOC_INFO_DETAILS posIn") << "not to all";
     EXPECT_FALSE(model_.NextTick());
     EXPECT_TRUE(Gps(13, 52 + mode % 7 * 0.1).empty());
   }
   Ask(2, 0);
   Ask(1, 0);
   EXPECT_EQ(Gps(12, 51).size(), 1u) << "once leaves the others on";
+}
+
+TEST_F(VehicleTest, EachClientIsToldAsItWishes) {
+  Ask(2, 0);
+  client_ = 2;
+  Ask(4, 3);
+  client_ = 3;
+  Ask(1, 0);
+  const std::vector<Sent> moved = Gps(13, 52);
+  ASSERT_EQ(moved.size(), 1u);
+  EXPECT_EQ(moved[0].audience, Audience::one);
+  EXPECT_EQ(moved[0].client, 1u);
+  const std::vector<Sent> later = Pass(Milliseconds{3000});
+  ASSERT_EQ(later.size(), 1u);
+  EXPECT_EQ(later[0].client, 2u);
+  client_ = 2;
+  Ask(0, 0);
+  EXPECT_EQ(ToldWithin(Milliseconds{10'000}), 0u);
+  EXPECT_EQ(Gps(13, 51).size(), 1u) << "the other one is told on";
+}
+
+TEST_F(VehicleTest, WhoIsGoneOrShutsDownIsNotTold) {
+  Ask(2, 0);
+  model_.Forget(client_);
+  EXPECT_TRUE(Gps(13, 52).empty());
+  Ask(4, 1);
+  client_ = 2;
+  Handle(encode::REQU_SHUTDOWN());
+  EXPECT_EQ(ToldWithin(Milliseconds{1000}), 1u) << "another one has";
+  client_ = 1;
+  Handle(encode::REQU_SHUTDOWN());
+  EXPECT_EQ(ToldWithin(Milliseconds{10'000}), 0u);
 }
 
 // ---- GPS records

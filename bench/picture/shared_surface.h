@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "bench/model/png_file.h"
+#include "bench/picture/png_file.h"
 
 namespace ventrik::bench {
 
@@ -19,5 +19,11 @@ inline constexpr std::size_t kSurfaceBytes = std::size_t{4} * kSurfaceWidth * kS
 // exactly the size of a surface, be it that it shrinks meanwhile. Neither waits nor faults whatever
 // the other process does to the object.
 std::optional<Picture> ReadSurface(const std::string& sid, std::string& error);
+
+// Takes the memory object "/SID" out of the world: its owner, who by design never does it, keeps
+// what it has mapped. Leaves alone what ReadSurface wouldn't read for its name, kind or size, and
+// what somebody holds a lock on (flock), as the maker of the picture for `save_shared` does as long
+// as it lives. Doesn't wait.
+void RemoveSurface(const std::string& sid);
 
 }  // namespace ventrik::bench

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "bench/model/shared_surface.h"
+#include "bench/picture/shared_surface.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -26,20 +27,25 @@ bool ReadPixels(int object, std::vector<std::uint8_t>& pixels) {
   return true;
 }
 
-std::string SizeFault(off_t size) {
+std::string SizeError(off_t size) {
   return std::to_string(size) + " bytes instead of " + std::to_string(kSurfaceBytes);
 }
 
-std::optional<Picture> ReadObject(int object, std::string& error) {
+bool HasSurfaceSize(int object, std::string& error) {
   struct stat facts = {};
   if (fstat(object, &facts) != 0 || !S_ISREG(facts.st_mode)) {
     error = "no memory object";
-    return std::nullopt;
+    return false;
   }
   if (facts.st_size != static_cast<off_t>(kSurfaceBytes)) {
-    error = SizeFault(facts.st_size);
-    return std::nullopt;
+    error = SizeError(facts.st_size);
+    return false;
   }
+  return true;
+}
+
+std::optional<Picture> ReadObject(int object, std::string& error) {
+  if (!HasSurfaceSize(object, error)) return std::nullopt;
   Picture picture{kSurfaceWidth, kSurfaceHeight, std::vector<std::uint8_t>(kSurfaceBytes)};
   if (!ReadPixels(object, picture.pixels)) {
     error = "it ends while it is read";
@@ -48,22 +54,40 @@ std::optional<Picture> ReadObject(int object, std::string& error) {
   return picture;
 }
 
+std::string ObjectName(const std::string& sid) {
+  return "/" + sid;
+}
+
+// -1, with the reason in `error`, if the object can't be had.
+int OpenObject(const std::string& sid, std::string& error) {
+  if (!IsPlainFileName(sid)) {
+    error = "not the name of a memory object";
+    return -1;
+  }
+  // Without O_NONBLOCK a pipe of that name would hold up its reader until somebody writes to it.
+  const int object = shm_open(ObjectName(sid).c_str(), O_RDONLY | O_NONBLOCK, 0);
+  if (object == -1) error = std::strerror(errno);
+  return object;
+}
+
 }  // namespace
 
 std::optional<Picture> ReadSurface(const std::string& sid, std::string& error) {
-  if (!IsPlainFileName(sid)) {
-    error = "not the name of a memory object";
-    return std::nullopt;
-  }
-  // Without O_NONBLOCK a pipe of that name would hold up the engine until somebody writes to it.
-  const int object = shm_open(("/" + sid).c_str(), O_RDONLY | O_NONBLOCK, 0);
-  if (object == -1) {
-    error = std::strerror(errno);
-    return std::nullopt;
-  }
+  const int object = OpenObject(sid, error);
+  if (object == -1) return std::nullopt;
   std::optional<Picture> picture = ReadObject(object, error);
   close(object);
   return picture;
+}
+
+void RemoveSurface(const std::string& sid) {
+  std::string error;
+  const int object = OpenObject(sid, error);
+  if (object == -1) return;
+  if (HasSurfaceSize(object, error) && flock(object, LOCK_EX | LOCK_NB) == 0) {
+    shm_unlink(ObjectName(sid).c_str());
+  }
+  close(object);
 }
 
 }  // namespace ventrik::bench

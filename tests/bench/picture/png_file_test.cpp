@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "bench/model/png_file.h"
+#include "bench/picture/png_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -9,7 +9,7 @@
 #include <sstream>
 #include <string>
 
-#include "tests/bench/model/read_png.h"
+#include "tests/bench/picture/read_png.h"
 #include "tests/support/temporary_directory.h"
 
 namespace ventrik::bench {

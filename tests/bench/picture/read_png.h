@@ -8,8 +8,7 @@
 #include <array>
 #include <string>
 
-#include "bench/model/map_picture.h"
-#include "bench/model/png_file.h"
+#include "bench/picture/png_file.h"
 
 namespace ventrik::bench {
 
@@ -33,10 +32,6 @@ inline Pixel PixelOf(const Picture& picture, int x, int y) {
   if (at + 3 >= picture.pixels.size()) return {-1, -1, -1, -1};
   const std::uint8_t* pixel = &picture.pixels[at];
   return {pixel[0], pixel[1], pixel[2], pixel[3]};
-}
-
-inline Pixel Solid(const MapColour& colour) {
-  return {colour.red, colour.green, colour.blue, 255};
 }
 
 }  // namespace ventrik::bench

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "bench/model/png_file.h"
+#include "bench/picture/png_file.h"
 
 #include <fcntl.h>
 #include <png.h>
