@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <limits>
@@ -13,10 +14,10 @@
 namespace ventrik {
 namespace {
 
-constexpr std::uint16_t kMagic = 19778;          // "BM"
-constexpr std::uint32_t kRunLength8 = 1;         // the compression with runs of 8-bit pixels
-constexpr std::uint32_t kEntrySize = 4;          // bytes of a palette entry: blue, green, red, none
-constexpr std::uint8_t kBlack[kEntrySize] = {};  // what an index beyond the palette shows
+constexpr std::uint16_t kMagic = 19778;   // "BM"
+constexpr std::uint32_t kRunLength8 = 1;  // the compression with runs of 8-bit pixels
+constexpr std::size_t kEntrySize = 4;     // bytes of a palette entry: blue, green, red, none
+constexpr std::size_t kIndices = 256;     // that a pixel can have
 
 // The second byte of a pair whose first is 0.
 constexpr std::uint8_t kEndOfLine = 0;
@@ -80,19 +81,17 @@ void CBMPInfoV3Decoder::ReadHeader(int fd) {
 }
 
 // The palette is what follows the header, and the data what follows the palette, whatever offset
-// the file header gives. Where the file ends before the palette does, the rest of it is black.
+// the file header gives. Where the file ends before the palette does, the rest of it is black, and
+// so is what a pixel can name beyond a shorter palette.
 bool CBMPInfoV3Decoder::ReadPalette(int fd) {
   // No process of the target has more memory than that.
   if (coloursUsed_ > std::numeric_limits<std::int32_t>::max() / kEntrySize) return false;
   const std::size_t size = std::size_t{coloursUsed_} * kEntrySize;
-  palette_.reset(static_cast<std::uint8_t*>(std::calloc(size == 0 ? 1 : size, 1)));
+  const std::size_t room = std::max(size, kIndices * kEntrySize);
+  palette_.reset(static_cast<std::uint8_t*>(std::calloc(room, 1)));
   if (!palette_) return false;
   if (read(fd, palette_.get(), size) < 0) return true;
   return true;
-}
-
-const std::uint8_t* CBMPInfoV3Decoder::Colour(std::uint8_t index) const {
-  return index < coloursUsed_ ? &palette_[std::size_t{index} * kEntrySize] : kBlack;
 }
 
 // The oddities are the format's as it is drawn here: an end of the bitmap doesn't end the loop, a
@@ -105,6 +104,7 @@ int CBMPInfoV3Decoder::DecodeRuns(int fd) {
   const auto byteAt = [this](std::size_t place) {
     return place < bufferSize_ ? buffer_[place] : std::uint8_t{0};
   };
+  const std::uint8_t* const palette = palette_.get();
   device_->SetPosition(0, 0);
   while (true) {
     const ssize_t count = read(fd, buffer_, bufferSize_);
@@ -117,7 +117,7 @@ int CBMPInfoV3Decoder::DecodeRuns(int fd) {
       const std::uint8_t first = buffer_[i];
       const std::uint8_t second = byteAt(i + 1);
       if (first != 0) {
-        device_->DrawRun(static_cast<std::int32_t>(x), first, Colour(second));
+        device_->DrawRun(static_cast<std::int32_t>(x), first, palette + second * kEntrySize);
         x += first;
       } else if (second == kEndOfLine) {
         x = 0;

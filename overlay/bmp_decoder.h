@@ -76,7 +76,6 @@ class CBMPInfoV3Decoder : public CBMPInfoDecoder {
   void ReadHeader(int fd);
   bool ReadPalette(int fd);
   int DecodeRuns(int fd);
-  const std::uint8_t* Colour(std::uint8_t index) const;
 
   std::uint32_t headerSize_ = 0;  // as the header has them, in its order
   std::int32_t imageWidth_ = 0;
@@ -89,7 +88,7 @@ class CBMPInfoV3Decoder : public CBMPInfoDecoder {
   std::uint32_t yResolution_ = 0;
   std::uint32_t coloursUsed_ = 0;
   std::uint32_t coloursImportant_ = 0;
-  std::unique_ptr<std::uint8_t[], Freed> palette_;  // coloursUsed_ entries of 4 bytes
+  std::unique_ptr<std::uint8_t[], Freed> palette_;  // coloursUsed_ entries of 4 bytes, 256 at least
 };
 
 }  // namespace ventrik

@@ -94,6 +94,9 @@ CurrentSurface::CurrentSurface(const OffscreenSurface& surface) : surface_(surfa
 
 CurrentSurface::~CurrentSurface() {
   eglMakeCurrent(surface_.display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+  // What EGL keeps of a thread is freed when the thread ends and once more when the process exits,
+  // if both happen at a time. So nothing is left with it.
+  eglReleaseThread();
 }
 
 }  // namespace ventrik

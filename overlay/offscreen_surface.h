@@ -23,8 +23,8 @@ struct OffscreenSurface {
 OffscreenSurface OpenOffscreenSurface();
 
 // Makes the context current on the calling thread for a scope. It is current nowhere in between, so
-// that the next thread can have it, also when this one has been cancelled meanwhile; that costs
-// less than a microsecond. A failure is reported and aborts.
+// that the next thread can have it, also when this one has been cancelled meanwhile, and EGL keeps
+// nothing of the thread; that costs less than a microsecond. A failure is reported and aborts.
 class CurrentSurface {
  public:
   explicit CurrentSurface(const OffscreenSurface& surface);

@@ -4,6 +4,7 @@
 import pathlib
 import re
 import resource
+import shutil
 import signal
 import subprocess
 
@@ -24,6 +25,8 @@ def play_example(place, name):
     made = place.work / "example.batch"
     text = ROOT / "examples" / f"{name}.txt"
     subprocess.run([ROOT / "tools/make_batch.sh", text, made], check=True)
+    for folder in ("logs", "resources"):
+        shutil.copytree(ROOT / "examples" / folder, place.work / folder)
     return play(place, "example.batch")
 
 
@@ -42,6 +45,27 @@ def words(*numbers):
 
 # The examples.
 
+TOURS_LOGS = [
+    'Cmd> batchlog("logs/drive.log", "4")\n',
+    'rnew("<GEOC>Germany<*><CTY>Passau<*>")',
+    "Batchlog finished\n",
+    'Cmd> batchlog("logs/package.log")\n',
+    "CMD_PACKAGE_PIECE(",
+    "Package loaded!\n",
+    "GPS_DATA(",
+    "Batchlog finished\n",
+    'Cmd> gnlog("logs/raw.log")\n',
+    "Warning: corrupt line at 0x116, skipped\n",
+    "Extraction finished\nExtraction finished\n",
+    "spell(",
+    "Batchlog finished\n",
+    "Found 1 image controllers\n",
+    "WeatherOverlay_Screen::GetSID: start drawing\n",
+    "INFO_MAP_OVERLAY_AREA>",
+    "INFO_MAP_OVERLAY_SURFACE_INVALID>",
+    "RESP_SHUTDOWN>",
+]
+
 
 @pytest.mark.parametrize("example", EXAMPLES, ids=lambda path: path.stem)
 def test_example_runs_all_its_lines_and_ends(place, example):
@@ -54,6 +78,9 @@ def test_example_runs_all_its_lines_and_ends(place, example):
     ]
     in_order(shown, *echoes)
     assert shown.count("Cmd> ") == len(echoes) + 1, "and the line that was typed"
+    if example.stem == "tour":
+        in_order(COLOUR.sub("", shown), *TOURS_LOGS)
+        assert "Can not open" not in shown
 
 
 def test_search_goes_from_letters_to_a_town_and_its_facts(place):
