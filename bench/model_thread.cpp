@@ -147,6 +147,7 @@ void ModelThread::SetSession(IpcPeer* client, bool isInSession) {
 
 void ModelThread::Post(IpcPeer* requester, std::vector<Outgoing> messages) {
   for (Outgoing& message : messages) {
+    if (message.block.empty()) continue;
     if (message.audience == Audience::requester) {
       if (requester != nullptr) outlet_.Post(requester, std::move(message.block), message.after);
       continue;

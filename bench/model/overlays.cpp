@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
+#include <utility>
 
 #include "bench/eis.h"
 #include "bench/model/engine_state.h"
@@ -48,10 +49,13 @@ void Refuse(const EngineState& state, const std::string& sid, const std::string&
   out.Answer(INFO_MAP_OVERLAY_SURFACE_INVALID, {{"eis", SurfaceText(sid)}});
 }
 
-void SaveSurface(const EngineState& state, const std::string& sid, const Picture& picture) {
+void SaveSurface(const EngineState& state, const std::string& sid, Picture picture, Replies& out) {
   if (state.overlayFolder.empty()) return;
-  std::string error;
-  if (!SavePng(state.overlayFolder, sid + ".png", picture, error)) state.report(error);
+  out.DoLater([folder = state.overlayFolder, name = sid + ".png", picture = std::move(picture),
+               report = state.report] {
+    std::string error;
+    if (!SavePng(folder, name, picture, error)) report(error);
+  });
 }
 
 // A surface that is offered again while in use is used anew.
@@ -78,12 +82,12 @@ void HandleSurface(EngineState& state, const MessageFields& request, TimePoint n
     return;
   }
   std::string error;
-  const auto picture = ReadSurface(sid, error);
+  auto picture = ReadSurface(sid, error);
   if (!picture) {
     Refuse(state, sid, error, out);
     return;
   }
-  SaveSurface(state, sid, *picture);
+  SaveSurface(state, sid, std::move(*picture), out);
   Use(surfaces, {sid, MapIdOf(eis), now + kSurfaceLife});
 }
 

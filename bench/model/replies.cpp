@@ -46,6 +46,14 @@ void Replies::AnswerLater(FunctionId id, std::function<MessageFields()> fields,
   messages_.push_back({Audience::requester, kAnswerTime, {}, std::move(make)});
 }
 
+void Replies::DoLater(std::function<void()> work) {
+  auto make = [work = std::move(work)] {
+    work();
+    return Block();
+  };
+  messages_.push_back({Audience::requester, kAnswerTime, {}, std::move(make)});
+}
+
 void Replies::Notify(FunctionId id, const MessageFields& fields, Milliseconds after) {
   messages_.push_back({Audience::everyone, after, Encode(id, fields)});
 }

@@ -48,7 +48,8 @@ struct Outgoing {
   Milliseconds after;  // since the request, or since the moment that had come
   Block block;
   std::function<Block()> make = nullptr;  // if there is one: makes the block, to be called once,
-                                          // without the model, which doesn't wait for a disk
+                                          // without the model, which doesn't wait for a disk; a
+                                          // block without bytes isn't sent
   ClientNumber client = kNoClient;        // of the audience `one`
 };
 
@@ -70,6 +71,10 @@ class Replies {
   // block. It must not refer to the model's state.
   void AnswerLater(FunctionId id, std::function<MessageFields()> fields,
                    std::vector<std::string_view> repeated);
+
+  // Nothing is sent: `work` is called when the model has been left, and may block. It must not
+  // refer to the model's state.
+  void DoLater(std::function<void()> work);
 
   // To everyone.
   void Notify(FunctionId id, const MessageFields& fields, Milliseconds after = kAnswerTime);

@@ -22,6 +22,7 @@ void HandleCutShort(Model& model, const Request& request, TimePoint now) {
     const Block block(bytes, bytes + size);
     for (const Outgoing& message : model.Handle({block.data(), block.size()}, now)) {
       const Block answer = message.make ? message.make() : message.block;
+      if (message.make && answer.empty()) continue;
       EXPECT_GE(answer.size(), sizeof(std::int32_t)) << size;
       EXPECT_LE(answer.size(), kMaxAnswer) << size;
     }

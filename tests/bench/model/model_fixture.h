@@ -73,6 +73,7 @@ class ModelFixture : public ::testing::Test {
     std::vector<Sent> sent;
     for (const Outgoing& message : messages) {
       const Block bytes = message.make ? message.make() : message.block;
+      if (message.make && bytes.empty()) continue;
       const ReceivedBlock block{bytes.data(), bytes.size()};
       auto fields = DecodeMessage(block);
       EXPECT_TRUE(fields) << "a message that can't be encoded";
