@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
 # Installs the Debian packages that a command of this project needs and that are not there yet.
-# Usage: tools/setup.sh run|test|bench
+# Usage: tools/setup.sh run|test|bench|arm
 set -euo pipefail
 
 usage() {
-  echo "usage: tools/setup.sh run|test|bench" >&2
+  echo "usage: tools/setup.sh run|test|bench|arm" >&2
   exit 2
 }
 
@@ -14,11 +14,13 @@ build=(g++ cmake ninja-build libcli11-dev nlohmann-json3-dev libpng-dev
 tests=(libgtest-dev clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14 python3
        python3-pytest python3-pexpect python3-pyte)
 benchmarks=(libbenchmark-dev)
+cross=(g++-arm-linux-gnueabihf qemu-user googletest)
 
 case "${1-}" in
   run) wanted=("${build[@]}") ;;
   test) wanted=("${build[@]}" "${tests[@]}" "${benchmarks[@]}") ;;
   bench) wanted=("${build[@]}" "${benchmarks[@]}") ;;
+  arm) wanted=("${build[@]}" "${cross[@]}") ;;
   *) usage ;;
 esac
 

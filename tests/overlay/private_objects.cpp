@@ -57,7 +57,7 @@ std::string PrivateObjects::PathOf(const std::string& name) {
 std::vector<std::uint8_t> PrivateObjects::Read(const std::string& name) {
   std::error_code missing;
   const auto size = fs::file_size(PathOf(name), missing);
-  std::vector<std::uint8_t> content(missing ? 0 : size);
+  std::vector<std::uint8_t> content(missing ? 0 : static_cast<std::size_t>(size));
   std::ifstream(PathOf(name), std::ios::binary)
       .read(reinterpret_cast<char*>(content.data()), static_cast<std::streamsize>(content.size()));
   return content;
