@@ -97,7 +97,7 @@ TEST(RawLogTest, WithoutMemoryItIsEmpty) {
   GTEST_SKIP() << "the sanitizer ends the process instead";
 #endif
   const std::string bytes = "abc";
-  RawLog log = InWindows(bytes, SIZE_MAX / 4);
+  RawLog log = InWindows(bytes, SIZE_MAX / 2 + 1);
   EXPECT_FALSE(log.HasMemory());
   EXPECT_TRUE(log.IsAtEnd());
   EXPECT_EQ(log.Run(), "");
