@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Any file must do as the history. Reads and writes "qhistory.txt": run it in a directory of its own.
+// Any file must do as the history. Reads and writes "qhistory.txt": run it in a directory of its
+// own.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
