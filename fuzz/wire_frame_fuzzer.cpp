@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -61,13 +62,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (size == 0) return 0;
   const auto path = platform::ChannelPath(getpid(), channel, false);
   if (!path) std::abort();
-  const platform::UniqueFd stranger = platform::Dial(*path);
-  if (!stranger) std::abort();
-  const std::size_t cut = std::min<std::size_t>(data[0], size - 1);
-  Send(stranger.get(), data + 1, cut);
-  Send(stranger.get(), data + 1 + cut, size - 1 - cut);
+  {
+    const platform::UniqueFd stranger = platform::Dial(*path);
+    if (!stranger) std::abort();
+    const std::size_t cut = std::min<std::size_t>(data[0], size - 1);
+    Send(stranger.get(), data + 1, cut);
+    Send(stranger.get(), data + 1 + cut, size - 1 - cut);
+    // It hangs up now: a receiver waits for a sender that has promised more and is still there.
+  }
   // Sent behind those bytes, so that they have been looked at when this is answered.
   constexpr char kMessage[] = "a well-formed message";
-  if (MsgSend(connection, kMessage, sizeof kMessage, nullptr, 0) != sizeof kMessage) std::abort();
+  long answer = -1;
+  do {
+    answer = MsgSend(connection, kMessage, sizeof kMessage, nullptr, 0);
+  } while (answer == -1 && errno == EINTR);  // the fuzzer's own alarm
+  if (answer != sizeof kMessage) std::abort();
   return 0;
 }
