@@ -8,13 +8,14 @@
 #include <array>
 #include <cstddef>
 
+#include "console/open_file.h"
 #include "platform/cancellation.h"
 
 namespace ventrik {
 
 std::optional<std::string> ReadWholeFile(const char* path) {
   const platform::CancellationDisabled whole;
-  const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  const int descriptor = OpenWithoutWaiting(path, O_RDONLY);
   if (descriptor == -1) return std::nullopt;
   std::string bytes;
   struct stat status = {};

@@ -24,11 +24,16 @@ constexpr std::uint8_t kEndOfLine = 0;
 constexpr std::uint8_t kEndOfBitmap = 1;
 constexpr std::uint8_t kDelta = 2;
 
-// Both systems and the file put the low byte first. What can't be read leaves the field as it was,
-// and nobody asks: a file that is too short fails a test of its values.
+// What can't be read leaves the memory as it was, and nobody asks: a file that is too short fails a
+// test of its values.
+void ReadBytes(int fd, void* memory, std::size_t size) {
+  if (read(fd, memory, size) < 0) return;
+}
+
+// Both systems and the file put the low byte first.
 template <class Field>
 void ReadField(int fd, Field& field) {
-  if (read(fd, &field, sizeof field) < 0) return;
+  ReadBytes(fd, &field, sizeof field);
 }
 
 }  // namespace
@@ -89,9 +94,8 @@ bool CBMPInfoV3Decoder::ReadPalette(int fd) {
   const std::size_t size = std::size_t{coloursUsed_} * kEntrySize;
   const std::size_t room = std::max(size, kIndices * kEntrySize);
   palette_.reset(static_cast<std::uint8_t*>(std::calloc(room, 1)));
-  if (!palette_) return false;
-  if (read(fd, palette_.get(), size) < 0) return true;
-  return true;
+  if (palette_) ReadBytes(fd, palette_.get(), size);
+  return palette_ != nullptr;
 }
 
 // The oddities are the format's as it is drawn here: an end of the bitmap doesn't end the loop, a

@@ -27,7 +27,7 @@ int OpenObject(const char* name) {
   const int descriptor = shm_open(name, O_RDWR | O_CREAT, kEverybody);
   if (descriptor == -1) return -1;
   // The creator's umask has taken bits away. Where somebody else is the owner, it's theirs to say.
-  if (fchmod(descriptor, kEverybody) != 0) errno = 0;
+  fchmod(descriptor, kEverybody);
   return descriptor;
 }
 

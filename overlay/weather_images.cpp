@@ -13,6 +13,7 @@
 #include <memory>
 #include <string_view>
 
+#include "console/open_file.h"
 #include "overlay/bmp_decoder.h"
 
 namespace ventrik {
@@ -20,9 +21,6 @@ namespace {
 
 constexpr std::string_view kTextEnding = ".logfile";
 constexpr char kImageEnding[] = ".bmp";
-
-// Nobody is waited for at the other end of a pipe that lies among the images.
-constexpr int kOpenForReading = O_RDONLY | O_NONBLOCK | O_CLOEXEC;
 
 struct EdgeLine {
   std::string_view beginning;
@@ -47,7 +45,7 @@ void TakeEdge(std::string_view line, GeoRect& rect) {
 }
 
 std::FILE* OpenPlainFile(const char* path) {
-  const int descriptor = open(path, kOpenForReading);
+  const int descriptor = OpenWithoutWaiting(path, O_RDONLY);
   if (descriptor == -1) return nullptr;
   struct stat status = {};
   std::FILE* file = nullptr;
@@ -152,7 +150,7 @@ void CWeatherImageController::Draw(const std::string& path, const GeoRect& place
   std::fprintf(stderr, "  +%s\n", path.c_str());
   PrintRect("image", place);
   PrintRect("shared", shared);
-  const int descriptor = open(path.c_str(), kOpenForReading);
+  const int descriptor = OpenWithoutWaiting(path.c_str(), O_RDONLY);
   device_->SetAreas(area, place, shared);
   CBMPDecoder decoder(device_, readBuffer_.data(), static_cast<std::uint32_t>(readBuffer_.size()));
   ReadBmp(decoder, descriptor);  // nothing is drawn of a file that isn't there

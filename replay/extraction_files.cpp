@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "console/open_file.h"
 #include "platform/cancellation.h"
 #include "replay/batchlog.h"
 #include "replay/extraction.h"
@@ -37,12 +38,6 @@ class Descriptor {
   const int number_;
 };
 
-// Without O_NONBLOCK a pipe that has nobody at its other end would be waited for.
-int Open(const char* path, int flags) {
-  const platform::CancellationDisabled whole;
-  return open(path, flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
-}
-
 struct stat StatusOf(const char* path) {
   struct stat status = {};
   if (stat(path, &status) != 0) status = {};
@@ -52,7 +47,7 @@ struct stat StatusOf(const char* path) {
 // A log to be read. Its end is where it ended when it was opened.
 class InputLog {
  public:
-  explicit InputLog(const char* path) : file_(Open(path, O_RDONLY)) {
+  explicit InputLog(const char* path) : file_(OpenWithoutWaiting(path, O_RDONLY)) {
     if (file_.number() == -1 || fstat(file_.number(), &status_) != 0) status_.st_mode = S_IFDIR;
   }
 
@@ -94,7 +89,8 @@ std::size_t WindowFor(const InputLog& input, const char* output) {
 // The file that is written, or nothing where that fails.
 class OutputLog {
  public:
-  explicit OutputLog(const char* path) : file_(Open(path, O_WRONLY | O_CREAT | O_TRUNC)) {}
+  explicit OutputLog(const char* path)
+      : file_(OpenWithoutWaiting(path, O_WRONLY | O_CREAT | O_TRUNC)) {}
 
   void Write(std::string_view piece) const {
     const platform::CancellationDisabled whole;

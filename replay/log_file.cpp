@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "console/open_file.h"
 #include "platform/cancellation.h"
 
 namespace ventrik {
@@ -18,9 +19,7 @@ LogFile::~LogFile() {
 }
 
 bool LogFile::Open(const char* path) {
-  const platform::CancellationDisabled whole;
-  // Without O_NONBLOCK a pipe that nobody writes to would be waited for.
-  descriptor_ = open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  descriptor_ = OpenWithoutWaiting(path, O_RDONLY);
   struct stat status = {};
   return descriptor_ != -1 && fstat(descriptor_, &status) == 0 && !S_ISDIR(status.st_mode);
 }
