@@ -9,6 +9,7 @@
 #include "command/variables.h"
 #include "platform/thread_start.h"
 #include "state/logger.h"
+#include "state/out_of_memory.h"
 #include "state/process_state.h"
 
 namespace ventrik {
@@ -51,10 +52,7 @@ void RunCommand(ClientApp& app, const std::wstring& line) {
   app.parsedLine.Store(std::make_shared<const CommandLine>(std::move(parsed)));
 }
 
-}  // namespace
-
-void ExecuteCommand(ClientApp& app, const std::wstring& line, bool lockCommands) {
-  if (line.empty()) return;
+void Execute(ClientApp& app, const std::wstring& line, bool lockCommands) {
   std::wstring current = line;
   app.currentLine.Store(current);
   const int consumed = HandleVariableLine(app, current);
@@ -69,6 +67,13 @@ void ExecuteCommand(ClientApp& app, const std::wstring& line, bool lockCommands)
   }
   const CommandLockHolder hold(lockCommands);
   RunCommand(app, current);
+}
+
+}  // namespace
+
+void ExecuteCommand(ClientApp& app, const std::wstring& line, bool lockCommands) {
+  if (line.empty()) return;
+  RunIfMemoryLasts([&] { Execute(app, line, lockCommands); });
 }
 
 }  // namespace ventrik

@@ -8,6 +8,7 @@
 #include "console/utf8.h"
 #include "platform/cancellation.h"
 #include "state/logger.h"
+#include "state/out_of_memory.h"
 #include "state/process_state.h"
 
 namespace ventrik {
@@ -58,7 +59,9 @@ void QueueResponseText(ResponsePrinter& printer, std::string_view text) {
   if (holdOutput) return;
   const std::vector<std::string> ready =
       printer.queuedTexts.With([](auto& queue) { return std::exchange(queue, {}); });
-  for (const std::string& waiting : ready) WriteText(printer, waiting);
+  for (const std::string& waiting : ready) {
+    RunIfMemoryLasts([&] { WriteText(printer, waiting); });
+  }
 }
 
 void WriteText(ResponsePrinter& printer, std::string_view text) {

@@ -149,8 +149,9 @@ long ipc_write(IpcMessage* message, const void* data, std::size_t length) {
   DataPart part{*message};
   const long taken = MsgSendv(message->connections[message->partIndex], parts, 2, nullptr, 0);
   part.cancelled = false;
-  if (taken == -1) PrintSendError(errno);
+  const int error = errno;
   if (taken != static_cast<long>(length)) ForgetConnections(*message);
+  if (taken == -1) PrintSendError(error);
   return taken;
 }
 

@@ -16,6 +16,7 @@
 #include "messages/response_filter.h"
 #include "platform/cancellation.h"
 #include "state/logger.h"
+#include "state/out_of_memory.h"
 #include "state/process_state.h"
 
 namespace ventrik {
@@ -154,16 +155,18 @@ void HandleServerMessage(ClientApp& app, ResponsePrinter& printer, const void* m
   // Before the wait ends: the main thread would fetch the next line, which empties the queue.
   std::string assigned;
   if (functionId == RESP_GET_LIST && !silenced) {
-    assigned = UseListAssignments(app, ReadListResponse(block));
+    RunIfMemoryLasts([&] { assigned = UseListAssignments(app, ReadListResponse(block)); });
   }
   // A silenced response still ends a wait.
   if (functionId == waitResponseId) waitResponseId = 0;
   if (silenced) return;
-  std::string text = MessageText(block);
-  text += assigned;
-  ActOn(printer, block, text, whole);
-  if (followMessage != nullptr) followMessage(app, block);
-  QueueResponseText(printer, text);
+  RunIfMemoryLasts([&] {
+    std::string text = MessageText(block);
+    text += assigned;
+    ActOn(printer, block, text, whole);
+    if (followMessage != nullptr) followMessage(app, block);
+    QueueResponseText(printer, text);
+  });
 }
 
 }  // namespace ventrik

@@ -14,6 +14,7 @@
 #include "platform/cancellation.h"
 #include "platform/thread_start.h"
 #include "state/logger.h"
+#include "state/out_of_memory.h"
 #include "state/process_state.h"
 
 namespace ventrik {
@@ -27,6 +28,7 @@ struct ListenerStart {
   ClientApp& app;
   COMMUNICATION_LAYER& layer;
   ResponsePrinter& printer;
+  std::vector<char> buffer;
 };
 
 void PrintListenError(int result) {
@@ -39,9 +41,10 @@ void PrintListenError(int result) {
 void* ListenerThread(void* argument) {
   const std::unique_ptr<ListenerStart> start(static_cast<ListenerStart*>(argument));
   const std::lock_guard<std::mutex> turn(listenerTurn);
-  std::vector<char> buffer(kReceiveSize);
+  std::vector<char>& buffer = start->buffer;
   while (!stopRequested) {
-    const int received = start->layer.Receive(buffer.data(), buffer.size());
+    int received = -1;
+    RunIfMemoryLasts([&] { received = start->layer.Receive(buffer.data(), buffer.size()); });
     if (received >= 1) {
       HandleServerMessage(start->app, start->printer, buffer.data(),
                           static_cast<std::size_t>(received - 1));
@@ -58,10 +61,11 @@ void* ListenerThread(void* argument) {
 }  // namespace
 
 void StartListener(ClientApp& app) {
+  // First of all: without the memory for another one, the listener that there is goes on.
+  auto start = std::make_unique<ListenerStart>(
+      ListenerStart{app, *communicationLayer, *responsePrinter, std::vector<char>(kReceiveSize)});
   platform::CancelAndForget(app.listenerThread);
   std::fputs("creating listener thread\n", stderr);
-  auto start =
-      std::make_unique<ListenerStart>(ListenerStart{app, *communicationLayer, *responsePrinter});
   if (platform::StartThread(app.listenerThread, ListenerThread, start.get())) {
     static_cast<void>(start.release());  // the thread's now
   }

@@ -24,6 +24,7 @@
 #include "monkey/weights.h"
 #include "platform/thread_start.h"
 #include "state/logger.h"
+#include "state/out_of_memory.h"
 
 namespace ventrik {
 namespace {
@@ -114,7 +115,9 @@ bool RunCycle(ClientApp& app, Monkey& monkey, Run& run) {
 
 void RunCycles(ClientApp& app, Monkey& monkey, std::int32_t count, Run& run) {
   for (std::int32_t counter = 0; count < 0 || counter < count;) {
-    if (!RunCycle(app, monkey, run)) return;
+    bool goesOn = true;
+    RunIfMemoryLasts([&] { goesOn = RunCycle(app, monkey, run); });
+    if (!goesOn) return;
     if (count >= 0) ++counter;
   }
 }

@@ -16,6 +16,7 @@
 #include "shell/wait_states.h"
 #include "state/client_app.h"
 #include "state/logger.h"
+#include "state/out_of_memory.h"
 #include "state/process_state.h"
 #include "state/saturation.h"
 
@@ -63,7 +64,9 @@ void ClientApp::Run() {
       usleep(kTick);
       continue;
     }
-    if (FetchLine(*this, line)) ExecuteCommand(*this, line, true);
+    int fetched = 0;
+    if (!RunIfMemoryLasts([&] { fetched = FetchLine(*this, line); })) holdOutput = 0;
+    if (fetched) ExecuteCommand(*this, line, true);
   }
   std::fflush(stdout);
   // A replay that is stuck in a send keeps the lists, which go with the process anyway.

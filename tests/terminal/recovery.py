@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """What a server's death looks like to the tester, and the way back to work."""
 
+import os
 import signal
 
 from conftest import PATIENCE
@@ -13,6 +14,13 @@ CHANGED = "The server is changed to navigation."
 def killed(engine):
     engine.send_signal(signal.SIGKILL)
     assert engine.wait(timeout=PATIENCE) == -signal.SIGKILL
+
+
+def stopped(engine):
+    """Stands still, all of its threads, once this returns; SIGCONT lets it go on."""
+    engine.send_signal(signal.SIGSTOP)
+    _, status = os.waitpid(engine.pid, os.WUNTRACED)
+    assert os.WIFSTOPPED(status), f"the engine is gone: {status}"
 
 
 def back_to_work(place, tester, engine=None):

@@ -10,6 +10,7 @@ import time
 import pytest
 
 from conftest import PATIENCE
+from recovery import stopped
 
 
 def until(condition):
@@ -69,7 +70,7 @@ def test_signal_while_the_server_takes_nothing(place):
     engine = place.engine()
     tester = place.tester().see("Press ENTER")
     tester.command("init").see("initialized successfully")
-    engine.send_signal(signal.SIGSTOP)
+    stopped(engine)
     tester.command("vers").see("vers")
     tester.signal(signal.SIGINT)
     assert tester.ends_with() == 0

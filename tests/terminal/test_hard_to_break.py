@@ -14,7 +14,7 @@ import pytest
 
 from conftest import PATIENCE
 from line_sources import QUESTION, SOURCES
-from recovery import NO_SERVER, back_to_work, end_in_order, killed, works_again
+from recovery import NO_SERVER, back_to_work, end_in_order, killed, stopped, works_again
 
 SOFTWARE = "RESP_GET_SW_VERSION> swVersion: kelmora-bench"
 DATABASE = "RESP_GET_DB_VERSION> dbVersion"
@@ -40,7 +40,7 @@ def wrapped(place, script):
 
 def test_stopped_server_costs_a_send_its_time_and_no_more(place):
     engine, tester = initialised(place)
-    engine.send_signal(signal.SIGSTOP)
+    stopped(engine)
     begin = time.monotonic()
     tester.command("vers")
     tester.keys('\nx="1"\n')  # typed ahead
@@ -110,7 +110,7 @@ def test_flood_of_100000_leaves_an_open_prompt_alone_and_is_shown_whole_behind_i
         "--log=engine.log",
     )
     tester.command('startlog("answers.txt")').command("verd").see(DATABASE)
-    engine.send_signal(signal.SIGSTOP)
+    stopped(engine)
     tester.keys("\n").see("Cmd>", 4).keys("ve").see("Cmd> ve")
     engine.send_signal(signal.SIGCONT)
 

@@ -2,8 +2,6 @@
 """The server is killed at every moment of an exchange: the tester says so, goes on, and works
 again with a server that is started anew and a server() line."""
 
-import signal
-
 import pytest
 
 from halted_thread import SENDMSG, Halted, threads
@@ -14,6 +12,7 @@ from recovery import (
     back_to_work,
     end_in_order,
     killed,
+    stopped,
     works_again,
 )
 
@@ -112,7 +111,7 @@ def test_server_killed_with_an_end_marker_that_it_has_not_read(place, source):
     with source.halted() as thread:
         source.go()
         thread.run_to_message(2)
-        engine.send_signal(signal.SIGSTOP)
+        stopped(engine)
         thread.finish_message()
     source.tester.settle(0.3)
     assert NO_PROCESS not in source.tester.text()
@@ -175,7 +174,7 @@ def test_server_killed_before_it_sends_its_end_marker(place):
     with Halted(listener) as thread:
         tester.command("vers")
         thread.run_to_message(1)
-        engine.send_signal(signal.SIGSTOP)
+        stopped(engine)
     tester.settle(0.3)
     killed(engine)
     tester.command("verd").see(NO_PROCESS)

@@ -13,6 +13,7 @@ import pytest
 
 from batch_play import play_text, recorded
 from conftest import PATIENCE, Place
+from recovery import stopped
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 LOGS = ROOT / "examples" / "logs"
@@ -171,7 +172,7 @@ def test_replay_cancelled_in_a_send_leaves_no_lock_behind(place):
     engine = place.engine("--blank")
     tester = place.tester()
     tester.command('batchlog("one.log")').see("Batchlog finished")
-    engine.send_signal(signal.SIGSTOP)  # sends are not answered from here on
+    stopped(engine)  # sends are not answered from here on
     tester.command('batchlog("one.log")').see("vers(", 2)
     tester.settle(0.3)
     tester.command('batchlog("nosuch.log")').see("Can not open file!")
