@@ -12,6 +12,7 @@
 
 #include "console/open_file.h"
 #include "platform/cancellation.h"
+#include "platform/unique_fd.h"
 #include "replay/batchlog.h"
 #include "replay/extraction.h"
 #include "state/logger.h"
@@ -21,22 +22,6 @@ namespace ventrik {
 namespace {
 
 constexpr double kOwnPace = 1.0;
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    const platform::CancellationDisabled whole;
-    if (number_ != -1) close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  int number() const { return number_; }
-
- private:
-  const int number_;
-};
 
 struct stat StatusOf(const char* path) {
   struct stat status = {};
@@ -48,7 +33,7 @@ struct stat StatusOf(const char* path) {
 class InputLog {
  public:
   explicit InputLog(const char* path) : file_(OpenWithoutWaiting(path, O_RDONLY)) {
-    if (file_.number() == -1 || fstat(file_.number(), &status_) != 0) status_.st_mode = S_IFDIR;
+    if (!file_ || fstat(file_.get(), &status_) != 0) status_.st_mode = S_IFDIR;
   }
 
   // Whether there is such a file; a folder is none.
@@ -66,14 +51,14 @@ class InputLog {
   std::size_t Read(char* to, std::size_t most) {
     const platform::CancellationDisabled whole;
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(most, size() - position_));
-    const ssize_t count = read(file_.number(), to, wanted);
+    const ssize_t count = read(file_.get(), to, wanted);
     if (count <= 0) return 0;
     position_ += static_cast<std::uint64_t>(count);
     return static_cast<std::size_t>(count);
   }
 
  private:
-  const Descriptor file_;
+  const platform::UniqueFd file_;
   struct stat status_ = {};
   std::uint64_t position_ = 0;
 };
@@ -95,14 +80,14 @@ class OutputLog {
   void Write(std::string_view piece) const {
     const platform::CancellationDisabled whole;
     while (!piece.empty()) {
-      const ssize_t count = write(file_.number(), piece.data(), piece.size());
+      const ssize_t count = write(file_.get(), piece.data(), piece.size());
       if (count <= 0) return;
       piece.remove_prefix(static_cast<std::size_t>(count));
     }
   }
 
  private:
-  const Descriptor file_;
+  const platform::UniqueFd file_;
 };
 
 void SayThatItCantBeOpened() {

@@ -24,9 +24,9 @@
 #include <vector>
 
 #include "platform/linux/timeout.h"
-#include "platform/linux/unique_fd.h"
 #include "platform/linux/wire.h"
 #include "platform/neutrino.h"
+#include "platform/unique_fd.h"
 
 namespace platform {
 

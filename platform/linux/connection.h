@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "platform/linux/timeout.h"
-#include "platform/linux/unique_fd.h"
 #include "platform/neutrino.h"
+#include "platform/unique_fd.h"
 
 namespace platform {
 

@@ -5,8 +5,8 @@
 
 #include <cerrno>
 
-#include "platform/linux/unique_fd.h"
 #include "platform/neutrino.h"
+#include "platform/unique_fd.h"
 
 namespace platform {
 

@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "platform/linux/unique_fd.h"
+#include "platform/unique_fd.h"
 
 namespace platform {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Owner of one file descriptor.
+// Owner of one file descriptor: closes it when it goes. Threads: any, one at a time.
 #pragma once
 
 #include <unistd.h>
