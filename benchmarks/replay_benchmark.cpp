@@ -25,19 +25,18 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t kLogSize = 64'000'000;
-constexpr int kRounds = 7;
+const std::size_t kLogSize = Amount(64'000'000);
 const char* const kServerName = "benchmark";
 // Ends the replay in the silent pass.
 const char* const kUnreadableRecord = "0000000000000001gg\n";
 
 const Scratch* scratch = nullptr;
 
-std::string MakeRecords() {
+std::string MakeRecords(std::size_t size) {
   std::minstd_rand random(7);
   std::string log;
   unsigned time = 0x1000;
-  while (log.size() < kLogSize) {
+  while (log.size() < size) {
     const auto length = static_cast<unsigned>(16 + random() % 385);
     char head[17];
     std::snprintf(head, sizeof head, "%08X%08X", time += static_cast<unsigned>(random() % 200),
@@ -84,13 +83,28 @@ std::uint64_t PlainScan(const char* path) {
 }
 
 void ScanBesideFgetc(benchmark::State& state) {
-  const std::string log = scratch->Write("records", MakeRecords());
+  const std::string log = scratch->Write("records", MakeRecords(kLogSize));
   static ClientApp app;
   RunBeside(
-      state, kLogSize, [&] { benchmark::DoNotOptimize(PlainScan(log.c_str())); },
+      state, static_cast<double>(kLogSize),
+      [&] { benchmark::DoNotOptimize(PlainScan(log.c_str())); },
       [&] { RunBatchlog(app, log.c_str(), 1.0, 0); });
 }
-BENCHMARK(ScanBesideFgetc)->UseManualTime()->Iterations(kRounds)->Unit(benchmark::kMillisecond);
+BENCHMARK(ScanBesideFgetc)->UseManualTime()->Iterations(Rounds(7))->Unit(benchmark::kMillisecond);
+
+// A kilobyte of a log of that many.
+void ScanGrowth(benchmark::State& state) {
+  constexpr std::size_t kLeast = 500;
+  static ClientApp app;
+  for (const std::size_t times : {1, 10, 100}) {
+    scratch->Write(std::to_string(times * kLeast), MakeRecords(times * kLeast * 1000));
+  }
+  RunGrowth(state, kLeast, [](std::size_t pieces) {
+    const std::string log = scratch->Path(std::to_string(pieces));
+    return ProcessorSecondsOf([&] { RunBatchlog(app, log.c_str(), 1.0, 0); });
+  });
+}
+BENCHMARK(ScanGrowth)->UseManualTime()->Iterations(Rounds(15))->Unit(benchmark::kMillisecond);
 
 // Notes when each record of the live pass is shown.
 class RecordClock : public Logger {
@@ -152,48 +166,59 @@ std::string MakePacedLog(unsigned milliseconds, int records) {
   return log;
 }
 
+// How late each record is, the first one apart.
+std::vector<double> LatenessOfReplay(ClientApp& app, const std::string& log, double wanted) {
+  RecordClock clock;
+  Logger* const before = std::exchange(logger, &clock);
+  RunBatchlog(app, log.c_str(), 1.0, 0);
+  logger = before;
+  std::vector<double> late;
+  for (std::size_t i = 1; i < clock.shown.size(); ++i) {
+    const std::chrono::duration<double> between = clock.shown[i] - clock.shown[i - 1];
+    late.push_back(between.count() - wanted);
+  }
+  return late;
+}
+
 void PaceBesideUsleepAndSend(benchmark::State& state) {
   const auto milliseconds = static_cast<unsigned>(state.range(0));
-  const int records = static_cast<int>(1000 / milliseconds);
+  const int records = Quick() ? 3 : std::max(5, static_cast<int>(500 / milliseconds));
   const std::string log = scratch->Write("paced", MakePacedLog(milliseconds, records));
   static ClientApp app;
   const TakingServer server;
   COMMUNICATION_LAYER layer;
   layer.SetChannelName(kServerName);
   communicationLayer = &layer;
-  RecordClock clock;
-  Logger* const before = std::exchange(logger, &clock);
   const double wanted = milliseconds / 1000.0;
-  std::vector<double> late;
-  std::vector<double> anchorLate;
-  for (auto _ : state) {
-    clock.shown.clear();
-    state.SetIterationTime(SecondsOf([&] { RunBatchlog(app, log.c_str(), 1.0, 0); }));
-    for (std::size_t i = 1; i < clock.shown.size(); ++i) {
-      const std::chrono::duration<double> between = clock.shown[i] - clock.shown[i - 1];
-      late.push_back(between.count() - wanted);
-    }
-    for (int i = 1; i < records; ++i) {
-      const double seconds = SecondsOf([&] {
-        usleep(milliseconds * 1000);
-        layer.Send("\x84\x03\0\0", 4);
+  bool complete = true;
+  const Comparison late = Compare(
+      state,
+      [&] {
+        std::vector<double> each;
+        for (int i = 1; i < records; ++i) {
+          each.push_back(SecondsOf([&] {
+                           usleep(milliseconds * 1000);
+                           layer.Send("\x84\x03\0\0", 4);
+                         }) -
+                         wanted);
+        }
+        return Median(each);
+      },
+      [&] {
+        const std::vector<double> each = LatenessOfReplay(app, log, wanted);
+        complete &= each.size() + 1 == static_cast<std::size_t>(records);
+        return Median(each);
       });
-      anchorLate.push_back(seconds - wanted);
-    }
-  }
-  logger = before;
   communicationLayer = nullptr;
-  if (late.size() != anchorLate.size()) return state.SkipWithError("records are missing");
-  state.counters["late_us"] = Median(late) * 1e6;
-  state.counters["anchor_us"] = Median(anchorLate) * 1e6;
-  state.counters["ratio"] = Median(late) / Median(anchorLate);
+  if (!complete) return state.SkipWithError("records are missing");
+  ReportCost(state, "us late", 1e-6, 1, late);
 }
 BENCHMARK(PaceBesideUsleepAndSend)
+    ->ArgName("ms")
     ->Arg(10)
     ->Arg(50)
-    ->Arg(200)
     ->UseManualTime()
-    ->Iterations(2)
+    ->Iterations(Rounds(7))
     ->Unit(benchmark::kMillisecond);
 
 }  // namespace

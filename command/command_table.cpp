@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "command/command_table.h"
 
-#include <vector>
-
-#include "command/parser.h"
-
 namespace ventrik {
 namespace {
 
@@ -29,6 +25,14 @@ bool RunFirstMatch(const CommandRows& rows, ClientApp& app, CommandLine& line) {
 
 void ConnectCommands(CommandRows rows) {
   connectedRows.push_back(rows);
+}
+
+std::vector<CommandRow> AllCommands() {
+  std::vector<CommandRows> tables = {LocalCommands(), ListCommands(), NavigationCommands()};
+  tables.insert(tables.end(), connectedRows.begin(), connectedRows.end());
+  std::vector<CommandRow> all;
+  for (const CommandRows& rows : tables) all.insert(all.end(), rows.begin, rows.end);
+  return all;
 }
 
 bool RunFromCommandTable(ClientApp& app, CommandLine& line) {

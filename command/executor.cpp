@@ -52,14 +52,19 @@ void RunCommand(ClientApp& app, const std::wstring& line) {
   app.parsedLine.Store(std::make_shared<const CommandLine>(std::move(parsed)));
 }
 
+// Into the memory of the line before.
+void NoteCurrentLine(ClientApp& app, const std::wstring& line) {
+  app.currentLine.With([&line](std::wstring& noted) { noted = line; });
+}
+
 void Execute(ClientApp& app, const std::wstring& line, bool lockCommands) {
   std::wstring current = line;
-  app.currentLine.Store(current);
+  NoteCurrentLine(app, current);
   const int consumed = HandleVariableLine(app, current);
-  app.currentLine.Store(current);
+  NoteCurrentLine(app, current);
   if (consumed) return;
   if (SubstituteVariables(app, current)) return;
-  app.currentLine.Store(current);
+  NoteCurrentLine(app, current);
   // Oddity: the text as it was given decides, so a blank before the name keeps a replay on the
   // calling thread.
   if (lockCommands && line.compare(0, kBatchlogStartLength, kBatchlogStart) == 0) {

@@ -90,10 +90,10 @@ void RunCitems(ClientApp& app, CommandLine&) {
 }
 
 constexpr CommandRow kListCommands[] = {
-    {L"citem", 1, RunCitem},
+    {L"citem", 1, RunCitem, {"list"}},
     {L"citems", 0, RunCitems},
-    {L"item", 0, RunItem},
-    {L"litem", 1, RunLitem},
+    {L"item", 0, RunItem, {"type", "list", {"text", ParseRouteMode}, "strings"}},
+    {L"litem", 1, RunLitem, {"list"}},
 };
 
 }  // namespace

@@ -105,11 +105,21 @@ void RunWeather(ClientApp&, CommandLine& line) {
 }
 
 constexpr CommandRow kLocalCommands[] = {
-    {L"batch", 1, RunBatch},   {L"help", 0, RunHelp},           {L"prompt", 1, RunPrompt},
-    {L"quit", 0, RunQuit},     {L"rldresp", 1, RunRldresp},     {L"scroll", 1, RunScroll},
-    {L"server", 1, RunServer}, {L"startlog", 1, RunStartlog},   {L"stoplog", 0, RunStoplog},
-    {L"var", 1, RunVar},       {L"varassign", 2, RunVarassign}, {L"varconcat", 2, RunVarconcat},
-    {L"wait", 1, RunWait},     {L"waitresp", 1, RunWaitresp},   {L"weather", 1, RunWeather},
+    {L"batch", 1, RunBatch, {"path"}},
+    {L"help", 0, RunHelp},
+    {L"prompt", 1, RunPrompt, {"on/off"}},
+    {L"quit", 0, RunQuit},
+    {L"rldresp", 1, RunRldresp, {"on/off"}},
+    {L"scroll", 1, RunScroll, {"on/off"}},
+    {L"server", 1, RunServer, {"text"}},
+    {L"startlog", 1, RunStartlog, {"path"}},
+    {L"stoplog", 0, RunStoplog},
+    {L"var", 1, RunVar, {"name"}},
+    {L"varassign", 2, RunVarassign, {"name", "name or text"}},
+    {L"varconcat", 2, RunVarconcat, {"name", "name or text"}},
+    {L"wait", 1, RunWait, {"seconds"}},
+    {L"waitresp", 1, RunWaitresp, {"number"}},
+    {L"weather", 1, RunWeather, {"on/off"}},
 };
 
 }  // namespace

@@ -17,77 +17,98 @@
 namespace ventrik {
 namespace {
 
-// The conversions.
+// The conversions: what a parameter becomes, and its kind.
 
 // Tagged text, UTF-8.
-const char* Eis(ClientApp&, CommandParameter& parameter) {
-  return ParamUtf8(parameter);
-}
+struct Eis {
+  static constexpr ParameterKind kKind = "eis";
+  static const char* From(ClientApp&, CommandParameter& parameter) { return ParamUtf8(parameter); }
+};
 
 // One byte for each character.
-const char* Narrow(ClientApp&, CommandParameter& parameter) {
-  return ParamNarrow(parameter);
-}
+struct Narrow {
+  static constexpr ParameterKind kKind = "path";
+  static const char* From(ClientApp&, CommandParameter& parameter) {
+    return ParamNarrow(parameter);
+  }
+};
 
-std::int32_t Int(ClientApp&, CommandParameter& parameter) {
-  return ParamInt(parameter);
-}
+struct Int {
+  static constexpr ParameterKind kKind = "number";
+  static std::int32_t From(ClientApp&, CommandParameter& parameter) { return ParamInt(parameter); }
+};
 
-double Double(ClientApp&, CommandParameter& parameter) {
-  return ParamDouble(parameter);
-}
+struct Double {
+  static constexpr ParameterKind kKind = "decimal";
+  static double From(ClientApp&, CommandParameter& parameter) { return ParamDouble(parameter); }
+};
 
-std::int32_t OnOff(ClientApp&, CommandParameter& parameter) {
-  return ParamOnOff(parameter);
-}
+struct OnOff {
+  static constexpr ParameterKind kKind = "on/off";
+  static std::int32_t From(ClientApp&, CommandParameter& parameter) {
+    return ParamOnOff(parameter);
+  }
+};
 
 // A word, or several flags, of one of the tables of messages/word_parsers.h.
 template <std::int32_t (*parse)(const wchar_t*)>
-std::int32_t Word(ClientApp&, CommandParameter& parameter) {
-  return parse(parameter.text.c_str());
-}
+struct Word {
+  static constexpr ParameterKind kKind = {"word", parse};
+  static std::int32_t From(ClientApp&, CommandParameter& parameter) {
+    return parse(parameter.text.c_str());
+  }
+};
 
 // The named list, created empty if there is none.
 
-const SStringArray& Strings(ClientApp& app, CommandParameter& parameter) {
-  return FindOrCreateList(app.stringArrayLists, ParamNarrow(parameter));
-}
+struct Strings {
+  static constexpr ParameterKind kKind = "strings";
+  static const SStringArray& From(ClientApp& app, CommandParameter& parameter) {
+    return FindOrCreateList(app.stringArrayLists, ParamNarrow(parameter));
+  }
+};
 
-const SRouteModeList& Routes(ClientApp& app, CommandParameter& parameter) {
-  return FindOrCreateList(app.routeModeLists, ParamNarrow(parameter));
-}
+struct Routes {
+  static constexpr ParameterKind kKind = "modes";
+  static const SRouteModeList& From(ClientApp& app, CommandParameter& parameter) {
+    return FindOrCreateList(app.routeModeLists, ParamNarrow(parameter));
+  }
+};
 
-const SDestinationElementList& Destinations(ClientApp& app, CommandParameter& parameter) {
-  return FindOrCreateList(app.destinationElementLists, ParamNarrow(parameter));
-}
+struct Destinations {
+  static constexpr ParameterKind kKind = "destinations";
+  static const SDestinationElementList& From(ClientApp& app, CommandParameter& parameter) {
+    return FindOrCreateList(app.destinationElementLists, ParamNarrow(parameter));
+  }
+};
 
-template <auto request, auto... conversions, std::size_t... index>
+template <auto request, class... Conversions, std::size_t... index>
 void SendConverted([[maybe_unused]] ClientApp& app, [[maybe_unused]] CommandLine& line,
                    std::index_sequence<index...>) {
-  request(conversions(app, line.parameters[index])...);
+  request(Conversions::From(app, line.parameters[index])...);
 }
 
 // A parameter that isn't there counts as empty.
-template <auto request, auto... conversions>
+template <auto request, class... Conversions>
 void Send(ClientApp& app, CommandLine& line) {
-  constexpr std::size_t count = sizeof...(conversions);
+  constexpr std::size_t count = sizeof...(Conversions);
   if (line.parameters.size() < count) {
     line.parameters.resize(count);
     line.parameterCount = count;
   }
-  SendConverted<request, conversions...>(app, line, std::make_index_sequence<count>());
+  SendConverted<request, Conversions...>(app, line, std::make_index_sequence<count>());
 }
 
 // A row whose command takes as many parameters as it has conversions.
-template <auto request, auto... conversions>
+template <auto request, class... Conversions>
 constexpr CommandRow Request(const wchar_t* keyword) {
-  return {keyword, sizeof...(conversions), Send<request, conversions...>};
+  return {keyword, sizeof...(Conversions), Send<request, Conversions...>, {Conversions::kKind...}};
 }
 
 // A row whose command takes any number of parameters.
-template <auto request, auto... conversions>
+template <auto request, class... Conversions>
 constexpr CommandRow Lenient(const wchar_t* keyword) {
-  return {keyword, 0, Send<request, conversions...>};
+  return {keyword, 0, Send<request, Conversions...>, {Conversions::kKind...}};
 }
 
 constexpr CommandRow kNavigationCommands[] = {
@@ -103,22 +124,25 @@ constexpr CommandRow kNavigationCommands[] = {
     Lenient<send::REQU_SET_DATA_CONNECTION_INFO, Eis>(L"conninf"),
     Request<send::REQU_SET_DATA_CONNECTION_INFO, Eis>(L"conninfo"),
     Request<send::REQU_SET_DEMO_MODE, OnOff, Double, Double>(L"demo"),  // longitude first
-    {L"det", 2, RunDet},
+    {L"det", 2, RunDet, {"eis", "strings"}},
     Request<send::REQU_STORE_DEVICE_STATUS, Eis>(L"device_status"),
     {L"done", 0, RunDone},
     Request<send::REQU_ROUTE_STOP_RECORDING>(L"endrec"),
     Request<send::REQU_GET_AVAILABLE_INFO, Eis>(L"info"),
     {L"init", 0, RunInit},
-    {L"lang", 2, RunLang},
-    {L"list", 6, RunList},
-    {L"map", 1, RunMap},
+    {L"lang", 2, RunLang, {{"word", ParseLanguage}, "number"}},
+    {L"list",
+     6,
+     RunList,
+     {"eis", "number", "number", {"word", ParseSortOption}, "strings", "on/off"}},
+    {L"map", 1, RunMap, {"eis"}},
     Request<send::REQU_SET_MEASUREMENT_SYSTEM, Word<ParseMeasurementSystem>>(L"meas"),
     Request<send::REQU_GET_LIST_INFO, Eis>(L"opt"),
     Request<send::REQU_MAP_OVERLAY_SURFACE, Eis>(L"overlay"),
     Request<send::REQU_PLAY_PROMPT, Int>(L"playprompt"),
     Request<send::REQU_VEH_LOC_INFO_DETAILS, Word<ParseNotificationMode>, Int>(L"posdet"),
     Request<send::REQU_NEW_TRIP_FILE, Eis, Routes>(L"rfnew"),
-    {L"rkill", 1, RunRkill},
+    {L"rkill", 1, RunRkill, {"handles"}},
     Request<send::REQU_REM_DATA_SRC, Eis>(L"rmsrc"),
     Request<send::REQU_NEW_TRIP, Destinations, Routes>(L"rnew"),
     Request<send::REQU_RESTORE_FACTORY>(L"rrfac"),
@@ -132,7 +156,7 @@ constexpr CommandRow kNavigationCommands[] = {
     Request<send::REQU_START_GUIDANCE, Int>(L"start"),
     Request<send::REQU_STOP_GUIDANCE>(L"stop"),
     Request<send::REQU_TMC_AVOIDS, Word<ParseTmcAvoidMode>, Strings>(L"tmca"),
-    {L"tmcdebug", 1, RunTmcdebug},
+    {L"tmcdebug", 1, RunTmcdebug, {"text"}},
     Request<send::REQU_TMC_SET_INFO_NOTIFICATION, Word<ParseTmcInfoFilter>,
             Word<ParseNotificationMode>>(L"tmci"),
     Request<send::REQU_SET_TMC_MODE, OnOff, Eis>(L"tmcm"),

@@ -59,6 +59,10 @@ void RunLang(ClientApp&, CommandLine& line) {
   if (language == 0) logger->print(L" Unknown language!\n");
 }
 
+void NoteListRequested(ClientApp& app) {
+  app.listRequested = 1;
+}
+
 void RunList(ClientApp& app, CommandLine& line) {
   auto& parameters = line.parameters;
   CountRepeatedList(app, Utf8ToWide(ParamUtf8(parameters[0])));
@@ -69,7 +73,7 @@ void RunList(ClientApp& app, CommandLine& line) {
                       ParseSortOption(parameters[3].text.c_str()),
                       FindOrCreateList(app.stringArrayLists, ParamNarrow(parameters[4])),
                       ParamOnOff(parameters[5]));
-  app.listRequested = 1;
+  NoteListRequested(app);
 }
 
 void RunMap(ClientApp&, CommandLine& line) {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "command/parser.h"
 
+#include <string>
+#include <string_view>
+
 #include "state/logger.h"
 #include "state/process_state.h"
 
@@ -11,8 +14,9 @@ constexpr std::size_t kNone = std::wstring::npos;
 
 // Takes the quoted stretches of line[open, close) as parameters. Returns false if a quote is open
 // at the end.
-bool TakeParameters(CommandLine& commandLine, const std::wstring& line, std::size_t open,
+bool TakeParameters(CommandLine& commandLine, std::wstring_view line, std::size_t open,
                     std::size_t close) {
+  commandLine.parameters.reserve(kMaxParameters);
   std::size_t start = kNone;  // behind the opening quote
   for (std::size_t at = open; at < close; ++at) {
     if (line[at] != L'"') continue;

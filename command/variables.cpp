@@ -68,7 +68,7 @@ void StripLine(std::wstring& line) {
 
 int HandleVariableLine(ClientApp& app, std::wstring& line) {
   StripLine(line);
-  app.pendingListAssignments.Store({});
+  app.pendingListAssignments.With([](auto& queue) { queue.clear(); });
   if (line.empty()) return 0;
   const std::size_t equals = line.find_first_not_of(kVariableNameAlphabet);
   if (equals == kNone || line[equals] != L'=') return 0;

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cwchar>
 #include <string>
+#include <string_view>
 
 #include "console/utf8.h"
 #include "platform/cancellation.h"
@@ -18,26 +19,47 @@
 namespace ventrik {
 namespace {
 
-constexpr std::size_t kFirstTry = 512;          // characters; nearly every text fits
+constexpr std::size_t kUsualLength = 512;       // characters; nearly every text fits
 constexpr std::size_t kLongestText = 1u << 24;  // characters; nothing the tester prints is near it
 
-// Formats into `text`. Returns false if the arguments can't be formatted.
-bool FormatText(std::wstring& text, const wchar_t* format, va_list arguments) {
-  for (std::size_t room = kFirstTry;; room = std::min(room * 4, kLongestText)) {
-    text.resize(room);
+// What this thread's prints are gathered in; null if they are written at once.
+thread_local std::string* gathered = nullptr;
+
+// A text as wprintf formats it.
+class FormattedText {
+ public:
+  // False if the arguments can't be formatted.
+  bool Format(const wchar_t* format, va_list arguments) {
+    std::size_t room = kUsualLength;
+    characters_ = usual_;
+    while (!TryIn(room, format, arguments)) {
+      if (errno == EILSEQ || room == kLongestText) return false;
+      room = std::min(room * 8, kLongestText);
+      longer_.resize(room);
+      characters_ = longer_.data();
+    }
+    return true;
+  }
+
+  std::wstring_view text() const { return {characters_, length_}; }
+
+ private:
+  // False with errno set if there is no room, or EILSEQ.
+  bool TryIn(std::size_t room, const wchar_t* format, va_list arguments) {
     va_list again;
     va_copy(again, arguments);
     errno = 0;
-    const int length = std::vswprintf(text.data(), room, format, again);
-    const bool undecodable = length < 0 && errno == EILSEQ;
+    const int length = std::vswprintf(characters_, room, format, again);
     va_end(again);
-    if (length >= 0) {
-      text.resize(static_cast<std::size_t>(length));
-      return true;
-    }
-    if (undecodable || room == kLongestText) return false;
+    length_ = static_cast<std::size_t>(std::max(length, 0));
+    return length >= 0;
   }
-}
+
+  wchar_t usual_[kUsualLength];
+  std::wstring longer_;
+  wchar_t* characters_ = usual_;
+  std::size_t length_ = 0;
+};
 
 // Whether a failed write may go on. One that a signal interrupts does, and so does one to a
 // terminal that somebody made non-blocking, once it takes more; but not when the program is ending:
@@ -65,12 +87,18 @@ bool WriteAll(int descriptor, const std::string& bytes) {
 
 int Logger_posix::print(const wchar_t* format, ...) {
   const platform::CancellationDisabled whole;
-  std::wstring text;
+  FormattedText formatted;
   va_list arguments;
   va_start(arguments, format);
-  const bool formatted = FormatText(text, format, arguments);
+  const bool done = formatted.Format(format, arguments);
   va_end(arguments);
-  if (!formatted || !WriteAll(STDOUT_FILENO, WideToTerminal(text))) return -1;
+  if (!done) return -1;
+  const std::wstring_view text = formatted.text();
+  if (gathered != nullptr) {
+    AppendForTerminal(text, *gathered);
+  } else if (!WriteAll(STDOUT_FILENO, WideToTerminal(text))) {
+    return -1;
+  }
   return static_cast<int>(text.size());
 }
 
@@ -81,6 +109,15 @@ int Logger_posix::printTo(std::FILE* stream, const wchar_t* format, ...) {
   const int length = std::vfwprintf(stream, format, arguments);
   va_end(arguments);
   return length;
+}
+
+PrintedTogether::PrintedTogether() {
+  gathered = &bytes_;
+}
+
+PrintedTogether::~PrintedTogether() {
+  gathered = nullptr;
+  WriteAll(STDOUT_FILENO, bytes_);
 }
 
 }  // namespace ventrik

@@ -6,6 +6,9 @@
 // writes sixteen bytes at a time.) Nothing else may write to standard output.
 #pragma once
 
+#include <string>
+
+#include "platform/cancellation.h"
 #include "state/logger.h"
 
 namespace ventrik {
@@ -17,6 +20,21 @@ class Logger_posix : public Logger {
 
   // As vfwprintf on `stream`.
   int printTo(std::FILE* stream, const wchar_t* format, ...) override;
+};
+
+// For a text that is printed in pieces: what this thread prints to standard output while one of
+// these lives is written at its end, in one go. Whether that succeeds shows in no result. One at a
+// time on a thread, which cannot be cancelled meanwhile. Any thread.
+class PrintedTogether {
+ public:
+  PrintedTogether();
+  ~PrintedTogether();
+  PrintedTogether(const PrintedTogether&) = delete;
+  PrintedTogether& operator=(const PrintedTogether&) = delete;
+
+ private:
+  const platform::CancellationDisabled whole_;
+  std::string bytes_;
 };
 
 }  // namespace ventrik

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "console/logger_posix.h"
 #include "console/utf8.h"
 #include "platform/cancellation.h"
 #include "state/logger.h"
@@ -31,7 +32,8 @@ std::shared_ptr<std::FILE> OpenLog(const char* path) {
 
 // A NUL would end its piece and take the rest of it away.
 void PrintInPieces(std::wstring text) {
-  std::replace(text.begin(), text.end(), L'\0', L'?');
+  for (std::size_t at = 0; (at = text.find(L'\0', at)) != text.npos;) text[at] = L'?';
+  const PrintedTogether oneWrite;
   for (std::size_t at = 0; at < text.size(); at += kPieceLength) {
     const std::size_t length = std::min(kPieceLength, text.size() - at);
     logger->print(L"%.*ls", static_cast<int>(length), text.data() + at);

@@ -28,4 +28,7 @@ std::wstring Utf8ToWide(std::string_view bytes);
 // would write; WideToUtf8 is the form of the wire.
 std::string WideToTerminal(std::wstring_view text);
 
+// The same, behind what `bytes` holds already.
+void AppendForTerminal(std::wstring_view text, std::string& bytes);
+
 }  // namespace ventrik

@@ -87,7 +87,7 @@ void AppendNumbers(std::string& text, std::string_view label,
 }
 
 void AppendNumbered(std::string& text, std::int32_t number, std::string_view entry) {
-  AppendFormat(text, "   %d. (", number);
+  AppendLine(text, "   ", std::to_string(number), ". (");
   AppendLine(text, "", entry, ")\n");
 }
 

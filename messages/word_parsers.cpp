@@ -166,6 +166,22 @@ std::int32_t ScanFlags(const FlagRow (&table)[N], const wchar_t* words) {
   return flags;
 }
 
+template <std::size_t N>
+WordTable Words(const char* name, std::int32_t (*parse)(const wchar_t*), const WordRow (&table)[N],
+                bool flags = false) {
+  WordTable listed = {name, parse, flags, {}};
+  for (const WordRow& row : table) listed.words.push_back(row.word);
+  return listed;
+}
+
+template <std::size_t N>
+WordTable Words(const char* name, std::int32_t (*parse)(const wchar_t*),
+                const FlagRow (&table)[N]) {
+  WordTable listed = {name, parse, true, {}};
+  for (const FlagRow& row : table) listed.words.push_back(row.name);
+  return listed;
+}
+
 }  // namespace
 
 std::int32_t ParseSpeedWarningMode(const wchar_t* word) {
@@ -238,6 +254,28 @@ std::int32_t ParseTmcInfoFilter(const wchar_t* words) {
     if (std::wcsstr(words, row.word) != nullptr) flags |= row.value;
   }
   return flags;
+}
+
+std::vector<WordTable> WordTables() {
+  return {
+      Words("speed warning mode", ParseSpeedWarningMode, kSpeedWarningModes),
+      Words("tuning mode", ParseTmcTuningMode, kTmcTuningModes),
+      Words("traffic route mode", ParseTmcRouteMode, kTmcRouteModes),
+      Words("traffic avoid mode", ParseTmcAvoidMode, kTmcAvoidModes),
+      Words("sort option", ParseSortOption, kSortOptions),
+      Words("block mode", ParseBlockMode, kBlockModes),
+      Words("start and stop", ParseStartStopMode, kStartStopModes),
+      Words("appearance style", ParseAppearanceStyle, kAppearanceStyles),
+      Words("measurement system", ParseMeasurementSystem, kMeasurementSystems),
+      Words("language", ParseLanguage, kLanguages),
+      Words("safety camera mode", ParseSafetyCameraMode, kSafetyCameraModes),
+      Words("notification mode", ParseNotificationMode, kNotificationModes),
+      Words("audio source", ParseAudioSource, kAudioSources),
+      Words("route mode", ParseRouteMode, kRouteModes),
+      Words("world property", ParseWorldProperty, kWorldProperties),
+      Words("world element", ParseWorldElement, kWorldElements),
+      Words("traffic info filter", ParseTmcInfoFilter, kTmcInfoFilters, true),
+  };
 }
 
 }  // namespace ventrik

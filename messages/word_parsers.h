@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 namespace ventrik {
 
@@ -44,5 +45,16 @@ std::int32_t ParseWorldElement(const wchar_t* words);
 
 // Flags: each name is looked for on its own, anywhere in the text.
 std::int32_t ParseTmcInfoFilter(const wchar_t* words);
+
+// What the parsers know, for those who list it. A word's number is what its parser makes of it.
+struct WordTable {
+  const char* name;  // of what the words say, "sort option"
+  std::int32_t (*parse)(const wchar_t*);
+  bool flags;                         // several words in one text
+  std::vector<const wchar_t*> words;  // in the parser's order
+};
+
+// All tables, in the order of the parsers above.
+std::vector<WordTable> WordTables();
 
 }  // namespace ventrik

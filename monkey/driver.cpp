@@ -175,8 +175,8 @@ void RunStopmonkey(ClientApp&, CommandLine& line) {
 }
 
 constexpr CommandRow kMonkeyCommands[] = {
-    {L"monkey", 0, RunMonkey},
-    {L"stopmonkey", 0, RunStopmonkey},
+    {L"monkey", 0, RunMonkey, {"count"}},
+    {L"stopmonkey", 0, RunStopmonkey, {"seconds"}},
 };
 
 }  // namespace

@@ -97,6 +97,10 @@ void ChooseRow(MonkeySearch& search, std::wstring_view inputEis, std::wstring_vi
   search.lastSelection = row;
 }
 
+void NoteListAnswered(ClientApp& app) {
+  app.listRequested = 0;
+}
+
 void FollowList(ClientApp& app, Monkey& monkey, const ReceivedBlock& block) {
   const ListResponse response = ReadListResponse(block);
   if (!response.items.empty() && !monkey.search.Copy().spellTerm.empty()) {
@@ -105,7 +109,7 @@ void FollowList(ClientApp& app, Monkey& monkey, const ReceivedBlock& block) {
     const std::wstring row = Utf8ToWide(response.items[index]);
     monkey.search.With([&](MonkeySearch& search) { ChooseRow(search, inputEis, row); });
   }
-  app.listRequested = 0;
+  NoteListAnswered(app);
 }
 
 void FollowDetails(Monkey& monkey, const ReceivedBlock& block) {
@@ -124,7 +128,7 @@ void FollowActiveRoute(Monkey& monkey, const ReceivedBlock& block) {
   if (monkey.activeRoute) return;
   const bool isRoute =
       block.Word(1) != kNoRoute && block.Word(2) != kNoRoute && block.Word(3) != kNoRoute;
-  monkey.activeRoute = isRoute;
+  SetActiveRoute(monkey, isRoute);
   if (isRoute) {
     ApplyActiveRouteWeights(monkey);
   } else {
@@ -141,7 +145,7 @@ void FollowCalculation(Monkey& monkey, const ReceivedBlock& block) {
 
 void FollowDestinationReached(Monkey& monkey) {
   UnblockCommand(monkey, L"start");
-  monkey.activeRoute = 0;
+  SetActiveRoute(monkey, false);
   RestoreDefaultWeights(monkey);
 }
 

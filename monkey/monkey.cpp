@@ -9,4 +9,12 @@ Monkey& Monkey::Instance() {
   return *monkey;
 }
 
+void SetMonkeyRunning(Monkey& monkey, bool runs) {
+  monkey.monkeyRunning = runs;
+}
+
+void SetActiveRoute(Monkey& monkey, bool isActive) {
+  monkey.activeRoute = isActive;
+}
+
 }  // namespace ventrik

@@ -81,4 +81,8 @@ struct Monkey {
   Guarded<std::vector<std::wstring>> recentGeoResults;  // details with a position, oldest first
 };
 
+// The two words that more than one thread writes are written here only. Any thread.
+void SetMonkeyRunning(Monkey& monkey, bool runs);
+void SetActiveRoute(Monkey& monkey, bool isActive);
+
 }  // namespace ventrik

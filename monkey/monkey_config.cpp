@@ -164,7 +164,7 @@ void LoadMonkeyConfig(Monkey& monkey) {
     logger->print(L"%sError: Monkey_config.txt not found!\n%s", ColourRed, ColourReset);
     return;
   }
-  monkey.monkeyRunning = 1;
+  SetMonkeyRunning(monkey, true);
   std::vector<MonkeyCommandRecord> records = ParseMonkeyConfig(*file, monkey.region);
   std::uint32_t total = 0;  // wraps as a word does
   for (const MonkeyCommandRecord& record : records) {

@@ -132,12 +132,12 @@ void ForgetItems(ClientApp&, Monkey& monkey) {
 }
 
 void StopRunning(ClientApp&, Monkey& monkey) {
-  monkey.monkeyRunning = 0;
+  SetMonkeyRunning(monkey, false);
 }
 
 void EndRoute(ClientApp&, Monkey& monkey) {
   UnblockCommand(monkey, L"rnew");
-  monkey.activeRoute = 0;
+  SetActiveRoute(monkey, false);
   RestoreDefaultWeights(monkey);
 }
 

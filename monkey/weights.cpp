@@ -30,11 +30,13 @@ std::int32_t Whole(float value) {
 
 // Walks down the records with what was drawn. Below 0 the name stays as it was.
 void TakeNameAt(const MonkeyWeights& weights, std::int64_t drawn, std::wstring& name) {
+  const MonkeyCommandRecord* reached = nullptr;
   for (const MonkeyCommandRecord& record : weights.commandRecords) {
     if (drawn < 0) break;
     drawn -= record.currentWeight;
-    name = record.name;
+    reached = &record;
   }
+  if (reached != nullptr) name = reached->name;
 }
 
 const MonkeyCommandRecord* SourceOf(const MonkeyWeights& weights, std::wstring_view line) {

@@ -28,7 +28,7 @@ void RunSaveShared(ClientApp&, CommandLine& line) {
   SaveShared(ParamUtf8(line.parameters[0]));
 }
 
-constexpr CommandRow kOverlayCommands[] = {{L"save_shared", 1, RunSaveShared}};
+constexpr CommandRow kOverlayCommands[] = {{L"save_shared", 1, RunSaveShared, {"path"}}};
 
 }  // namespace
 

@@ -44,9 +44,12 @@ void RunGntolog(ClientApp&, CommandLine& line) {
 }
 
 constexpr CommandRow kReplayCommands[] = {
-    {L"batchlog", 0, RunBatchlogCommand}, {L"gne", 2, RunGne},
-    {L"gnext", 0, RunGnext, 2},           {L"gnlog", 1, RunGnlog},
-    {L"gntolog", 2, RunGntolog},          {L"stopbatchlog", 0, RunStopbatchlog},
+    {L"batchlog", 0, RunBatchlogCommand, {"path", "speed", "minutes"}},
+    {L"gne", 2, RunGne, {"path", "path"}},
+    {L"gnext", 0, RunGnext, {"path", "path", "number"}, 2},
+    {L"gnlog", 1, RunGnlog, {"path"}},
+    {L"gntolog", 2, RunGntolog, {"path", "path"}},
+    {L"stopbatchlog", 0, RunStopbatchlog},
 };
 
 }  // namespace

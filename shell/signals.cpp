@@ -31,7 +31,9 @@ void StartNudging() {
   timer_settime(nudgeTimer, 0, &tick, nullptr);
 }
 
-void CancelIfThere(pthread_t thread) {
+// By reference, so that here is where the handler looks at what a thread may be writing.
+void CancelIfThere(const pthread_t& place) {
+  const pthread_t thread = place;
   if (thread != 0) pthread_cancel(thread);
 }
 

@@ -6,14 +6,15 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ventrik {
 
 struct CommandParameter {
   // The text is a C string wherever it goes, so it ends at its first 0.
-  explicit CommandParameter(const std::wstring& characters = {})
-      : text(characters, 0, characters.find(L'\0')) {}
+  explicit CommandParameter(std::wstring_view characters = {})
+      : text(characters.substr(0, characters.find(L'\0'))) {}
 
   std::wstring text;   // the characters between the quotes
   std::string narrow;  // result of the latest ParamNarrow

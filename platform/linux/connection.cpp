@@ -45,11 +45,9 @@ class Pieces {
 
   std::size_t left() const { return left_; }
 
-  msghdr Header() {
-    msghdr whole = {};
-    whole.msg_iov = list_ + first_;
-    whole.msg_iovlen = count_ - first_;
-    return whole;
+  ssize_t Send(int descriptor) { return SendPieces(descriptor, list_ + first_, count_ - first_); }
+  ssize_t Receive(int descriptor) {
+    return ReceivePieces(descriptor, list_ + first_, count_ - first_);
   }
 
   void Advance(std::size_t count) {
@@ -123,8 +121,7 @@ class Exchange {
     bool untouched = true;
     bool everythingOut = false;
     while (!everythingOut) {
-      msghdr whole = outgoing_.Header();
-      const ssize_t sent = sendmsg(descriptor_, &whole, MSG_NOSIGNAL | MSG_DONTWAIT);
+      const ssize_t sent = outgoing_.Send(descriptor_);
       if (sent >= 0) {
         untouched = false;
         outgoing_.Advance(static_cast<std::size_t>(sent));
@@ -175,8 +172,7 @@ class Exchange {
 
   // Takes what is there of the answer.
   Part ReceivePart() {
-    msghdr whole = incoming_.Header();
-    const ssize_t got = recvmsg(descriptor_, &whole, MSG_DONTWAIT);
+    const ssize_t got = incoming_.Receive(descriptor_);
     if (got < 0 && (errno == EAGAIN || errno == EINTR)) return Part::kMore;
     if (got <= 0) return Part::kNone;
     received_ += static_cast<std::size_t>(got);

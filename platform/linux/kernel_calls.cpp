@@ -11,6 +11,7 @@
 #include "platform/linux/channel.h"
 #include "platform/linux/connection.h"
 #include "platform/linux/runtime_directory.h"
+#include "platform/linux/socket.h"
 
 namespace platform {
 namespace {
@@ -70,10 +71,7 @@ bool SendAnswer(Inlet& inlet, const ReplyHeader& header, const void* data) {
   std::size_t first = 0;
   bool begun = false;
   while (first < 2) {
-    msghdr whole = {};
-    whole.msg_iov = parts + first;
-    whole.msg_iovlen = 2 - first;
-    const ssize_t sent = sendmsg(inlet.descriptor.get(), &whole, MSG_NOSIGNAL | MSG_DONTWAIT);
+    const ssize_t sent = SendPieces(inlet.descriptor.get(), parts + first, 2 - first);
     if (sent < 0 && errno == EINTR) continue;
     if (sent < 0) {
       pollfd wait = {inlet.descriptor.get(), POLLOUT, 0};

@@ -5,11 +5,20 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
 namespace platform {
 namespace {
+
+// What a socket is to hold of a message: all of the longest one that the tester knows. Each filling
+// of it costs a switch to the receiver and back, and with the usual room that makes three. The
+// system gives less if its own limit is lower.
+constexpr int kSendRoom = 1 << 19;  // bytes
+
+// Up to here copying pieces together costs less than it costs the system to gather them.
+constexpr std::size_t kShort = 2048;  // bytes
 
 bool MakeAddress(const std::string& path, sockaddr_un& address) {
   address = {};
@@ -41,6 +50,13 @@ bool ConnectTo(int descriptor, const sockaddr_un& address) {
   return connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 
+msghdr Header(iovec* pieces, std::size_t count) {
+  msghdr whole = {};
+  whole.msg_iov = pieces;
+  whole.msg_iovlen = count;
+  return whole;
+}
+
 }  // namespace
 
 UniqueFd ListenAt(const std::string& path) {
@@ -66,6 +82,7 @@ UniqueFd Dial(const std::string& path) {
     return {};
   }
   if (!PeerIsThisUser(descriptor.get(), nullptr)) return {};
+  setsockopt(descriptor.get(), SOL_SOCKET, SO_SNDBUF, &kSendRoom, sizeof kSendRoom);
   return descriptor;
 }
 
@@ -78,6 +95,28 @@ UniqueFd AcceptFrom(int listener, pid_t& pid) {
     }
     if (PeerIsThisUser(descriptor.get(), &pid)) return descriptor;
   }
+}
+
+ssize_t SendPieces(int descriptor, iovec* pieces, std::size_t count) {
+  constexpr int kFlags = MSG_NOSIGNAL | MSG_DONTWAIT;
+  char whole[kShort];
+  std::size_t size = 0;
+  std::size_t next = 0;
+  for (; next < count && pieces[next].iov_len <= sizeof whole - size; ++next) {
+    std::copy_n(static_cast<const char*>(pieces[next].iov_base), pieces[next].iov_len,
+                whole + size);
+    size += pieces[next].iov_len;
+  }
+  if (next == count) return send(descriptor, whole, size, kFlags);
+  const msghdr header = Header(pieces, count);
+  return sendmsg(descriptor, &header, kFlags);
+}
+
+ssize_t ReceivePieces(int descriptor, iovec* pieces, std::size_t count) {
+  while (count > 1 && pieces[count - 1].iov_len == 0) --count;
+  if (count == 1) return recv(descriptor, pieces->iov_base, pieces->iov_len, MSG_DONTWAIT);
+  msghdr header = Header(pieces, count);
+  return recvmsg(descriptor, &header, MSG_DONTWAIT);
 }
 
 bool SomebodyListens(const std::string& path) {

@@ -45,14 +45,15 @@ std::string ReadAll(int from) {
 EngineProcess::EngineProcess(const Arguments& arguments) {
   const std::array<int, 2> output = OpenPipe();
   const std::array<int, 2> errors = OpenPipe();
-  std::vector<char*> values = {const_cast<char*>(VENTRIK_BENCH_PROGRAM)};
+  std::vector<char*> values;
+  for (const char* word : {VENTRIK_BENCH_COMMAND}) values.push_back(const_cast<char*>(word));
   for (const std::string& argument : arguments)
     values.push_back(const_cast<char*>(argument.data()));
   values.push_back(nullptr);
   process_ = std::make_unique<tests::ChildProcess>([&] {
     dup2(output[1], STDOUT_FILENO);
     dup2(errors[1], STDERR_FILENO);
-    execv(VENTRIK_BENCH_PROGRAM, values.data());
+    execvp(values[0], values.data());
     return 127;
   });
   close(output[1]);

@@ -55,6 +55,19 @@ TEST(CommandTable, KeywordsAreUniqueAndBeginWithALetterFromAToW) {
   }
 }
 
+// What docs/reference.md lists.
+TEST(CommandTable, EachRowTellsAsManyParametersAsItTakes) {
+  for (const CommandRow& row : AllRows()) {
+    std::uint32_t told = 0;
+    while (told < kMaxParameters && row.parameters[told].name != nullptr) ++told;
+    for (std::uint32_t i = told; i < kMaxParameters; ++i) {
+      EXPECT_EQ(row.parameters[i].name, nullptr) << row.keyword << " has a gap";
+    }
+    const bool anyNumber = row.expectedCount == 0;
+    EXPECT_TRUE(anyNumber || told == row.expectedCount) << row.keyword;
+  }
+}
+
 using CommandTableTest = CommandTest;
 
 TEST_F(CommandTableTest, EveryCommandWithACountReportsTheWrongOne) {

@@ -13,11 +13,15 @@
 #include <cstdlib>
 #include <functional>
 #include <map>
+#include <new>
 #include <sstream>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include "console/response_printer.h"
+#include "state/process_state.h"
 
 namespace ventrik::tests {
 namespace {
@@ -237,6 +241,94 @@ TEST_F(LoggerPosix, ThreadIsNotCancelledWhileItPrints) {
   });
   EXPECT_EQ(writes, Writes{"whole\n"});
   EXPECT_EQ(end, PTHREAD_CANCELED);
+}
+
+TEST_F(LoggerPosix, PiecesPrintedTogetherAreOneWrite) {
+  std::vector<int> results;
+  const Writes writes = WritesOf([&] {
+    {
+      const PrintedTogether together;
+      results.push_back(console.print(L"%.*ls", 2, L"\u20AC1, and more"));
+      results.push_back(console.print(L"%d\n", 23));
+    }
+    console.print(L"alone\n");
+  });
+  EXPECT_EQ(writes, (Writes{"\xE2\x82\xAC"
+                            "123\n",
+                            "alone\n"}));
+  EXPECT_EQ(results, (std::vector<int>{2, 3}));
+}
+
+TEST_F(LoggerPosix, OtherThreadsPrintAtOnceMeanwhile) {
+  const Writes writes = WritesOf([&] {
+    const PrintedTogether together;
+    console.print(L"first, ");
+    std::thread([&] { console.print(L"other\n"); }).join();
+    console.print(L"second\n");
+  });
+  EXPECT_EQ(writes, (Writes{"other\n", "first, second\n"}));
+}
+
+TEST_F(LoggerPosix, WhatCantBeFormattedIsLeftOutOfWhatIsPrintedTogether) {
+  int result = 0;
+  const Writes writes = WritesOf([&] {
+    const PrintedTogether together;
+    console.print(L"before ");
+    result = console.print(L"%s", "\xFF");
+    console.print(L"after\n");
+  });
+  EXPECT_EQ(writes, Writes{"before after\n"});
+  EXPECT_LT(result, 0);
+}
+
+TEST_F(LoggerPosix, NothingPrintedTogetherIsNoWrite) {
+  EXPECT_EQ(WritesOf([] { const PrintedTogether together; }), Writes{});
+}
+
+TEST_F(LoggerPosix, WhatWasPrintedTogetherIsWrittenWhenMemoryRunsOut) {
+  const Writes writes = WritesOf([&] {
+    try {
+      const PrintedTogether together;
+      console.print(L"so far");
+      throw std::bad_alloc();
+    } catch (const std::bad_alloc&) {
+      console.print(L"Out of memory");
+    }
+  });
+  EXPECT_EQ(writes, (Writes{"so far", "Out of memory"}));
+}
+
+// A function of its own: the address sanitizer goes on guarding the frame that a cancelled thread
+// unwinds.
+[[gnu::noinline]] void PrintTogetherWhileCancelled(Logger_posix& console) {
+  const PrintedTogether together;
+  pthread_cancel(pthread_self());
+  console.print(L"whole\n");
+}
+
+TEST_F(LoggerPosix, ThreadIsNotCancelledWhileItPrintsTogether) {
+  void* end = nullptr;
+  const Writes writes = WritesOf([&] {
+    pthread_t thread = 0;
+    const auto body = [](void* logger) -> void* {
+      PrintTogetherWhileCancelled(*static_cast<Logger_posix*>(logger));
+      pthread_testcancel();
+      return nullptr;
+    };
+    pthread_create(&thread, nullptr, body, &console);
+    pthread_join(thread, &end);
+  });
+  EXPECT_EQ(writes, Writes{"whole\n"});
+  EXPECT_EQ(end, PTHREAD_CANCELED);
+}
+
+TEST_F(LoggerPosix, ResponseIsOneWriteThoughItIsPrintedInPieces) {
+  const std::string text = "a long one: " + std::string(250, 'x') + "\n";
+  ResponsePrinter printer;
+  Logger* const before = std::exchange(logger, &console);
+  const Writes writes = WritesOf([&] { WriteText(printer, text); });
+  logger = before;
+  EXPECT_EQ(writes, Writes{text});
 }
 
 TEST_F(LoggerPosix, PrintToWritesToTheStream) {

@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
 namespace ventrik::tests {
 namespace {
 
@@ -118,6 +123,60 @@ TEST(Utf8ToWide, OdditySurrogatesAndNumbersBeyondTheLastCodePointAreDecoded) {
   EXPECT_EQ(Utf8ToWide("\xF7\xBF\xBF\xBF"), One(0x1FFFFF));
 }
 
+// The rules one by one, for a reader of single bytes.
+std::wstring DecodedByteByByte(std::string_view bytes) {
+  std::wstring text;
+  std::uint32_t code = 0;
+  int owed = 0;
+  for (const char character : bytes) {
+    const int byte = static_cast<unsigned char>(character);
+    if (byte == '\n') {
+      text += L'\n';
+    } else if (OwedBy(byte) != 0) {
+      owed = OwedBy(byte);
+      code = static_cast<std::uint32_t>(byte & (0x3F >> owed));
+    } else if (byte >= 0x80 && byte < 0xC0 && owed != 0) {
+      code = code * 64 + static_cast<std::uint32_t>(byte & 0x3F);
+      if (--owed == 0) text += One(code);
+    } else {
+      if (owed != 0 && byte < 0x80) text += L'?';
+      text += DecodedAlone(byte);
+      owed = 0;
+    }
+  }
+  return owed != 0 ? text + L'?' : text;
+}
+
+// Runs of ASCII of all lengths, among them whole and broken sequences.
+std::string RandomText(std::minstd_rand& random) {
+  constexpr const char* kParts[] = {"\n",   "\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80",
+                                    "\xC3", "\xE2\x82", "\xF0\x9F",     "\x80",
+                                    "\xBF", "\xFF"};
+  std::string text;
+  while (random() % 8 != 0) {
+    text += std::string(random() % 40, static_cast<char>('a' + random() % 26));
+    for (auto parts = random() % 4; parts != 0; --parts)
+      text += kParts[random() % std::size(kParts)];
+  }
+  return text;
+}
+
+TEST(Utf8ToWide, BlocksOfAsciiAndWholeSequencesGiveWhatSingleBytesDo) {
+  std::minstd_rand random(7);
+  for (int round = 0; round < 20000; ++round) {
+    const std::string text = RandomText(random);
+    ASSERT_EQ(Utf8ToWide(text), DecodedByteByByte(text)) << testing::PrintToString(text);
+  }
+}
+
+TEST(Utf8ToWide, NothingBehindTheTextIsRead) {
+  const std::string text = "abcdefghijklmnopqrstuvwxyz\xC3\xA9\xE2\x82\xAC";
+  for (std::size_t size = 0; size <= text.size(); ++size) {
+    const std::vector<char> alone(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(size));
+    EXPECT_EQ(Utf8ToWide({alone.data(), size}), DecodedByteByByte(text.substr(0, size))) << size;
+  }
+}
+
 TEST(WideToUtf8, LengthChangesAt128And2048) {
   EXPECT_EQ(WideToUtf8(L""), "");
   EXPECT_EQ(WideToUtf8(One(0x7F)), "\x7F");
@@ -153,6 +212,28 @@ TEST(WideToTerminal, EachCodePointHasItsProperForm) {
   EXPECT_EQ(WideToTerminal(One(0xFFFF)), "\xEF\xBF\xBF");
   EXPECT_EQ(WideToTerminal(One(0x10000)), "\xF0\x90\x80\x80");
   EXPECT_EQ(WideToTerminal(One(0x10FFFF)), "\xF4\x8F\xBF\xBF");
+}
+
+TEST(WideToTerminal, CharactersAreTheSameWhereverAmongOthersTheyStand) {
+  const std::wstring odd = L"\u00E9\u20AC\U0001F600" + One(0xD800);
+  for (const wchar_t character : odd) {
+    const std::string alone = WideToTerminal(std::wstring(1, character));
+    for (std::size_t at = 0; at < 20; ++at) {
+      const std::wstring before(at, L'a');
+      const std::wstring behind(20 - at, L'b');
+      EXPECT_EQ(WideToTerminal(before + character + behind),
+                std::string(at, 'a') + alone + std::string(20 - at, 'b'))
+          << at;
+    }
+  }
+}
+
+TEST(AppendForTerminal, WhatIsThereAlreadyStays) {
+  std::string bytes = "before ";
+  AppendForTerminal(L"\u00E9", bytes);
+  AppendForTerminal(L"", bytes);
+  AppendForTerminal(L"!", bytes);
+  EXPECT_EQ(bytes, "before \xC3\xA9!");
 }
 
 TEST(WideToTerminal, WhatHasNoFormIsAQuestionMark) {

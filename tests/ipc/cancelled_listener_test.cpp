@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // A listener cancelled in Receive leaves the channel to the next one, wherever it was.
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,6 +11,14 @@
 
 namespace ventrik::tests {
 namespace {
+
+// The sockets of this process take less at once than the longest message has.
+void LeaveSocketsLittleRoom() {
+  const int room = 65536;  // bytes
+  for (int descriptor = 0; descriptor < 256; ++descriptor) {
+    setsockopt(descriptor, SOL_SOCKET, SO_SNDBUF, &room, sizeof room);
+  }
+}
 
 class CancelledListenerTest : public RawLayerTest {
  protected:
@@ -89,7 +98,8 @@ TEST_F(CancelledListenerTest, InThePayloadItRefusesTheMessageAndTheNextOneArrive
     IpcPeer* client = start->clientRecord;
     TakeText(start);
     IpcMessage* message = ipc_connect(client);
-    const std::string payload(511000, 'x');  // more than a socket takes at once
+    const std::string payload(511000, 'x');
+    LeaveSocketsLittleRoom();
     fromChild_.Put("sends");
     const long taken = ipc_write(message, payload.data(), payload.size());
     fromChild_.Put(taken == -1 ? "error " + std::to_string(errno) : "taken");
@@ -110,7 +120,6 @@ TEST_F(CancelledListenerTest, InThePayloadItRefusesTheMessageAndTheNextOneArrive
 }
 
 TEST_F(CancelledListenerTest, InTheHandshakeItLeavesTheConnectingToOthers) {
-  SKIP_IF_UNLOCKING_IS_NOT_SEEN();
   const auto server = StartRawServer([this](RawServer& raw) {
     TakeRaw(raw.channel0);
     fromChild_.Put("asked");

@@ -12,8 +12,6 @@ namespace {
 
 class CancelledSenderTest : public RawLayerTest {
  protected:
-  void SetUp() override { SKIP_IF_UNLOCKING_IS_NOT_SEEN(); }
-
   static std::string Answer(const RawMessage& message, long status) {
     return MsgReply(message.id, status, nullptr, 0) == 0 ? "answered" : "nobody waits";
   }

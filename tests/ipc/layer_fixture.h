@@ -62,13 +62,6 @@ class LayerTest : public IpcTest {
   COMMUNICATION_LAYER layer_;
 };
 
-// The thread sanitizer doesn't see the locks that a cancelled thread releases on its way out.
-#ifdef __SANITIZE_THREAD__
-#define SKIP_IF_UNLOCKING_IS_NOT_SEEN() GTEST_SKIP() << "the sanitizer misses unlocks here"
-#else
-#define SKIP_IF_UNLOCKING_IS_NOT_SEEN() static_cast<void>(0)
-#endif
-
 // The same with a server of kernel calls.
 class RawLayerTest : public LayerTest {
  protected:

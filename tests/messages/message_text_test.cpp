@@ -19,10 +19,12 @@ TEST(AppendFormat, NothingIsAppendedByAnEmptyText) {
 }
 
 TEST(AppendFormat, TextMayBeOfAnyLength) {
-  const std::string longText(100000, 'x');
-  std::string text;
-  AppendFormat(text, "<%s>", longText.c_str());
-  EXPECT_TRUE(text == "<" + longText + ">");
+  for (const std::size_t length : {253u, 254u, 255u, 256u, 100000u}) {
+    const std::string longText(length, 'x');
+    std::string text = "before ";
+    AppendFormat(text, "<%s>", longText.c_str());
+    EXPECT_TRUE(text == "before <" + longText + ">") << length;
+  }
 }
 
 TEST(AppendLine, TakesItsTextsAsTheyAre) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -180,6 +181,32 @@ TEST(WordParsers, KnowNothingOfEachOthersWords) {
         EXPECT_EQ(Parsed(table->parse, row.word), table->byDefault)
             << table->name << ' ' << row.word;
       }
+    }
+  }
+}
+
+// What docs/reference.md lists.
+TEST(WordTables, HoldEachWordThatIsKnown) {
+  for (const WordTable* expected : kWordTables) {
+    Words listed;
+    for (const ventrik::WordTable& table : WordTables()) {
+      if (table.parse == expected->parse) listed.assign(table.words.begin(), table.words.end());
+    }
+    Words known;
+    for (const Row& row : expected->words) known.push_back(row.word);
+    std::sort(listed.begin(), listed.end());
+    std::sort(known.begin(), known.end());
+    EXPECT_EQ(listed, known) << expected->name;
+  }
+}
+
+TEST(WordTables, WordsOfEachAreReadByItsParser) {
+  const std::vector<ventrik::WordTable> tables = WordTables();
+  EXPECT_EQ(tables.size(), 17u);
+  for (const ventrik::WordTable& table : tables) {
+    EXPECT_FALSE(table.words.empty()) << table.name;
+    for (const wchar_t* word : table.words) {
+      EXPECT_NE(table.parse(word), table.parse(L"-")) << table.name << ' ' << word;
     }
   }
 }

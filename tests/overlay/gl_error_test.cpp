@@ -29,22 +29,24 @@ TEST_F(GlError, NoErrorSaysNothing) {
   EXPECT_EQ(ErrorsOf([] { Check([] { glLineWidth(2); }); }), "");
 }
 
-TEST_F(GlError, InvalidEnum) {
+using GlErrorDeathTest = GlError;
+
+TEST_F(GlErrorDeathTest, InvalidEnum) {
   EXPECT_DEATH(Check([] { glEnable(0xFFFF); }),
                "^GL ERROR=0x0500\na_file\\(12\\):GL_INVALID_ENUM:$");
 }
 
-TEST_F(GlError, InvalidValue) {
+TEST_F(GlErrorDeathTest, InvalidValue) {
   EXPECT_DEATH(Check([] { glLineWidth(-1); }),
                "^GL ERROR=0x0501\na_file\\(12\\):GL_INVALID_VALUE:$");
 }
 
-TEST_F(GlError, InvalidOperation) {
+TEST_F(GlErrorDeathTest, InvalidOperation) {
   EXPECT_DEATH(Check([] { glBufferSubData(GL_ARRAY_BUFFER, 0, 1, ""); }),
                "^GL ERROR=0x0502\na_file\\(12\\):GL_INVALID_OPERATION:$");
 }
 
-TEST_F(GlError, OutOfMemoryHasNoDetailLine) {
+TEST_F(GlErrorDeathTest, OutOfMemoryHasNoDetailLine) {
   const auto exhaust = [] {
     GLuint buffer = 0;
     glGenBuffers(1, &buffer);
@@ -54,7 +56,7 @@ TEST_F(GlError, OutOfMemoryHasNoDetailLine) {
   EXPECT_DEATH(Check(exhaust), "^GL ERROR=0x0505\n$");
 }
 
-TEST_F(GlError, AnyOtherIsANumber) {
+TEST_F(GlErrorDeathTest, AnyOtherIsANumber) {
   EXPECT_DEATH(Check([] { glPopMatrix(); }), "^GL ERROR=0x0504\nGL ERROR=1284\n$");
   EXPECT_DEATH(Check([] {
                  for (int i = 0; i < 100; ++i) glPushMatrix();
@@ -64,12 +66,12 @@ TEST_F(GlError, AnyOtherIsANumber) {
 
 // The same, provoked by files.
 
-TEST_F(GlError, TwoEndsTooManyEndTheProgram) {
+TEST_F(GlErrorDeathTest, TwoEndsTooManyEndTheProgram) {
   WriteImages({ImageAt(kPixels, 1, 1, kEndOfBitmap + kEndOfBitmap + kEndOfBitmap)});
   EXPECT_DEATH(Screen().GetSID(0, 0, 0.01F, 0.01F), "GL ERROR=0x0504\nGL ERROR=1284\n$");
 }
 
-TEST_F(GlError, MoreUnfinishedImagesThanMatricesEndTheProgram) {
+TEST_F(GlErrorDeathTest, MoreUnfinishedImagesThanMatricesEndTheProgram) {
   WriteImages(std::vector<TestImage>(64, ImageAt(kPixels, 1, 1, "")));
   EXPECT_DEATH(Screen().GetSID(0, 0, 0.01F, 0.01F), "GL ERROR=0x0503\nGL ERROR=1283\n$");
 }

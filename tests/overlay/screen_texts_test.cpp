@@ -206,7 +206,9 @@ TEST_F(ScreenTexts, ImagesAreLookedForOnceAndReadEachTime) {
 
 // Ends of the program.
 
-TEST_F(ScreenTexts, OnlyOneRendererAtATime) {
+using ScreenTextsDeathTest = ScreenTexts;
+
+TEST_F(ScreenTextsDeathTest, OnlyOneRendererAtATime) {
   const auto second = [this] {
     console_.onPrint = [](const std::wstring& text) { std::fprintf(stderr, "%ls", text.c_str()); };
     Screen();
@@ -219,7 +221,7 @@ TEST_F(ScreenTexts, OnlyOneRendererAtATime) {
                "func:WeatherOverlay_Screen\n");
 }
 
-TEST_F(ScreenTexts, SurfaceThatCanNotBeMadeEndsTheProgram) {
+TEST_F(ScreenTextsDeathTest, SurfaceThatCanNotBeMadeEndsTheProgram) {
   // The first of the process that dies.
   fs::create_directory(PrivateObjects::PathOf("gwx_0"));
   EXPECT_DEATH(Screen().GetSID(0, 0, 1, 1),

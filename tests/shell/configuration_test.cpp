@@ -3,7 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <string>
+
+#include "tests/support/temporary_directory.h"
 
 namespace ventrik {
 namespace {
@@ -71,6 +75,20 @@ TEST(Configuration, AnyBytesAreRead) {
   std::string all;
   for (int byte = 0; byte < 256; ++byte) all += std::string(3, static_cast<char>(byte));
   EXPECT_EQ(Apply(all + "\nhidecomments=1").hideComments, 1);
+}
+
+TEST(Configuration, FileOfTheWorkingDirectoryIsReadWhole) {
+  const tests::TemporaryDirectory directory;
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(directory.path());
+  ClientApp app;
+  LoadConfiguration(app);  // there is none
+  EXPECT_EQ(app.batchHistory, 0);
+  std::ofstream("qconfig.txt", std::ios::binary) << "; \xFF\nbatchhistory=1\nhidecomments=1";
+  LoadConfiguration(app);
+  EXPECT_EQ(app.batchHistory, 1);
+  EXPECT_EQ(app.hideComments, 1);
+  std::filesystem::current_path(before);
 }
 
 }  // namespace

@@ -17,13 +17,23 @@ import pexpect
 import pyte
 import pytest
 
+from own_shared_memory import take_own_shared_memory
+
 NEGATIVE_MOVE = re.compile(r"\x1b\[-\d+C")
 UNFINISHED = re.compile(r"\x1b(\[-?\d*)?$")
-PATIENCE = 30  # seconds until a test counts as hanging
+# Seconds until a test counts as hanging. Programs that are watched or counted are slower.
+PATIENCE = int(os.environ.get("VENTRIK_TESTS_PATIENCE", "30"))
+# What is left running at a test's end gets this. Programs that count coverage write it down first.
+END = signal.SIGUSR2 if os.environ.get("VENTRIK_COUNTS_COVERAGE") else signal.SIGKILL
 
 
 def pytest_addoption(parser):
     parser.addoption("--programs", required=True, help="the folder of ventrik and kelmora-bench")
+
+
+def pytest_configure():
+    if "PYTEST_XDIST_WORKER" in os.environ:
+        take_own_shared_memory()
 
 
 class Place:
@@ -74,7 +84,8 @@ class Place:
     def close(self):
         for process in self.started:
             if process.poll() is None:
-                process.kill()
+                process.send_signal(END)
+                process.send_signal(signal.SIGCONT)  # one that was stopped takes no other
             process.wait()
             process.stdout.close()
             process.stderr.close()
@@ -121,11 +132,19 @@ class Tester:
     def poll(self):
         return None if self.child.isalive() else 0
 
-    def kill(self):
-        self.child.kill(signal.SIGKILL)
+    def send_signal(self, number):
+        self.child.kill(number)
 
     def wait(self):
+        end = time.monotonic() + PATIENCE
+        while END != signal.SIGKILL and self._is_running() and time.monotonic() < end:
+            self._take()  # it may stand in a write to a terminal that is full
         self.child.close(force=True)
+
+    def _is_running(self):
+        """Without waiting for it, as one with a thread that is traced has no end."""
+        status = pathlib.Path(f"/proc/{self.child.pid}/stat")
+        return status.exists() and status.read_text().rpartition(")")[2].split()[0] != "Z"
 
     class _Nothing:
         @staticmethod

@@ -47,8 +47,8 @@ class Hurried:
     def poll(self):
         return self.process.poll()
 
-    def kill(self):
-        self.process.kill()
+    def send_signal(self, number):
+        self.process.send_signal(number)
 
     def wait(self):
         self.process.wait()

@@ -14,7 +14,8 @@ from batch_play import COLOUR, play, play_text, recorded
 from conftest import PATIENCE
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-NO_BATCH_FILES = {"qhistory.txt", "monkey_config.txt", "monkeylog.txt"}
+CONFIGURATION = ("monkey_config.txt", "qconfig.txt", "response_filter.txt")
+NO_BATCH_FILES = {*CONFIGURATION, "qhistory.txt", "monkeylog.txt"}
 EXAMPLES = sorted(p for p in (ROOT / "examples").glob("*.txt") if p.name not in NO_BATCH_FILES)
 
 GREEN, YELLOW, GREY = "\033[1;32m", "\033[1;33m", "\033[0;37m"
@@ -27,6 +28,8 @@ def play_example(place, name):
     subprocess.run([ROOT / "tools/make_batch.sh", text, made], check=True)
     for folder in ("logs", "resources"):
         shutil.copytree(ROOT / "examples" / folder, place.work / folder)
+    for file in CONFIGURATION:
+        shutil.copy(ROOT / "examples" / file, place.work)
     return play(place, "example.batch")
 
 
@@ -45,26 +48,68 @@ def words(*numbers):
 
 # The examples.
 
-TOURS_LOGS = [
-    'Cmd> batchlog("logs/drive.log", "4")\n',
-    'rnew("<GEOC>Germany<*><CTY>Passau<*>")',
-    "Batchlog finished\n",
-    'Cmd> batchlog("logs/package.log")\n',
-    "CMD_PACKAGE_PIECE(",
-    "Package loaded!\n",
-    "GPS_DATA(",
-    "Batchlog finished\n",
-    'Cmd> gnlog("logs/raw.log")\n',
-    "Warning: corrupt line at 0x116, skipped\n",
-    "Extraction finished\nExtraction finished\n",
-    "spell(",
-    "Batchlog finished\n",
-    "Found 1 image controllers\n",
-    "WeatherOverlay_Screen::GetSID: start drawing\n",
-    "INFO_MAP_OVERLAY_AREA>",
-    "INFO_MAP_OVERLAY_SURFACE_INVALID>",
-    "RESP_SHUTDOWN>",
-]
+# What they show, in this order; the other examples have tests of their own.
+SIGHTS = {
+    "tour": [
+        'Cmd> batchlog("logs/drive.log", "4")\n',
+        'rnew("<GEOC>Germany<*><CTY>Passau<*>")',
+        "Batchlog finished\n",
+        'Cmd> batchlog("logs/package.log")\n',
+        "CMD_PACKAGE_PIECE(",
+        "Package loaded!\n",
+        "GPS_DATA(",
+        "Batchlog finished\n",
+        'Cmd> gnlog("logs/raw.log")\n',
+        "Warning: corrupt line at 0x116, skipped\n",
+        "Extraction finished\nExtraction finished\n",
+        "spell(",
+        "Batchlog finished\n",
+        "Found 1 image controllers\n",
+        "WeatherOverlay_Screen::GetSID: start drawing\n",
+        "INFO_MAP_OVERLAY_AREA>",
+        "INFO_MAP_OVERLAY_SURFACE_INVALID>",
+        "RESP_SHUTDOWN>",
+    ],
+    "replay": [
+        "Package loaded!",
+        "GPS_DATA(",
+        "Batchlog finished",
+        'Cmd> batchlog("logs/drive.log")',
+        "Batchlog stopped",
+        "Warning: corrupt line at 0x116, skipped",
+        "Extraction finished",
+        "Extraction finished",
+        'RESP_GET_SPELL> offeredCharacters: "sau"',
+        "Batchlog finished",
+    ],
+    "weather": [
+        'Cmd> weather("off")',
+        "INFO_MAP_OVERLAY_AREA>",
+        'Cmd> weather("on")',
+        "start drawing",
+        'INFO_MAP_OVERLAY_SURFACE_INVALID> "<SID>gwx_0<*>"',
+        "start drawing",
+        'INFO_MAP_OVERLAY_SURFACE_INVALID> "<SID>gwx_1<*>"',
+    ],
+    "monkey": [
+        "Monkey started for 3 rounds.",
+        "Cmd> MONKEY:",
+        "Infinite monkey started at",
+        "Cmd> MONKEY:",
+        "Monkey finished.",
+        "RESP_SHUTDOWN>",
+    ],
+}
+
+
+def docs_show_the_tour(tour, shown):
+    """docs/tour.md has all that is typed, but for the waits, and nothing that isn't shown."""
+    screen = re.findall(r"^    (.*)$", (ROOT / "docs" / "tour.md").read_text(), re.MULTILINE)
+    typed = [line for line in tour.splitlines() if line and not line.startswith("wait")]
+    stale = "docs/tour.md is stale"
+    assert [line[5:] for line in screen if line.startswith("Cmd> ")] == typed, stale
+    lines = {line.rstrip() for line in shown.splitlines()}
+    assert [line for line in screen if line.rstrip() not in lines] == [], stale
 
 
 @pytest.mark.parametrize("example", EXAMPLES, ids=lambda path: path.stem)
@@ -77,10 +122,15 @@ def test_example_runs_all_its_lines_and_ends(place, example):
         if line
     ]
     in_order(shown, *echoes)
-    assert shown.count("Cmd> ") == len(echoes) + 1, "and the line that was typed"
+    shown = COLOUR.sub("", shown)
+    of_the_monkey = shown.count("Cmd> MONKEY:")
+    assert shown.count("Cmd> ") == len(echoes) + of_the_monkey + 1, "and the line that was typed"
+    in_order(shown, *SIGHTS.get(example.stem, []))
+    assert "Can not open" not in shown
     if example.stem == "tour":
-        in_order(COLOUR.sub("", shown), *TOURS_LOGS)
-        assert "Can not open" not in shown
+        docs_show_the_tour(example.read_text(), shown)
+    if example.stem == "weather":
+        assert shown.count("start drawing") == 2, "not while it is off"
 
 
 def test_search_goes_from_letters_to_a_town_and_its_facts(place):
@@ -186,6 +236,24 @@ def test_variables_takes_rows_into_the_next_commands(place):
         "Variable 'town' is '<CTY>Regensburg<*>'.",
         "Error: Variable 'nosuch' doesn't exist!",
     )
+
+
+def test_filter_silences_the_heartbeat_until_all_is_shown(place):
+    place.engine("--heartbeat", "0.2")
+    shown = COLOUR.sub("", play_example(place, "filter"))
+    before, rest = shown.split('Cmd> rldresp("off")\n')
+    between, behind = rest.split('Cmd> rldresp("on")\n')
+    assert "INFO_HEARTBEAT>" not in before
+    assert between.count("INFO_HEARTBEAT>") > 2
+    # One may have been on its way.
+    assert behind.count("INFO_HEARTBEAT>") < 2
+
+
+def test_every_example_is_listed():
+    listed = (ROOT / "examples" / "README.md").read_text()
+    for path in (ROOT / "examples").iterdir():
+        if path.name not in {"README.md", "qhistory.txt", "monkeylog.txt"}:
+            assert f"`{path.name}" in listed, path.name
 
 
 # List assignments.

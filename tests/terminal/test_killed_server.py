@@ -4,7 +4,7 @@ again with a server that is started anew and a server() line."""
 
 import pytest
 
-from halted_thread import SENDMSG, Halted, threads
+from halted_thread import SENDS, Halted, threads
 from line_sources import QUESTION, SOURCES
 from recovery import (
     NO_PROCESS,
@@ -16,7 +16,7 @@ from recovery import (
     works_again,
 )
 
-pytestmark = pytest.mark.skipif(SENDMSG is None, reason="no system call numbers for this processor")
+pytestmark = pytest.mark.skipif(not SENDS, reason="no system call numbers for this processor")
 
 LOG = ("--log", "engine.log")
 

@@ -1,11 +1,15 @@
 # SPDX-License-Identifier: Apache-2.0
-"""What is installed beside the programs tells what the programs do."""
+"""What is installed beside the programs tells what they do; the package installs and goes away."""
 
+import os
 import pathlib
 import re
+import shutil
 import subprocess
 
 import pytest
+
+from conftest import PATIENCE, Place
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 COMPLETION = ROOT / "tools" / "completion" / "kelmora-bench"
@@ -64,3 +68,88 @@ def test_the_manual_pages_are_well_formed(page):
     assert run.returncode == 0
     assert run.stderr == ""
     assert "NAME" in run.stdout
+
+
+# The Debian package, of whatever was built.
+
+
+def dpkg(root, *arguments):
+    """dpkg on a system of its own, which holds nothing else."""
+    environment = dict(os.environ, PATH=os.environ["PATH"] + ":/usr/sbin:/sbin", LC_ALL="C")
+    options = [f"--root={root}", "--log=/dev/null", "--force-not-root", "--force-depends"]
+    return subprocess.run(
+        ["dpkg", *options, *arguments],
+        capture_output=True,
+        text=True,
+        check=True,
+        env=environment,
+    ).stdout
+
+
+def files_in(root):
+    """Files and folders that aren't dpkg's own."""
+    inside = (path.relative_to(root) for path in root.rglob("*"))
+    return sorted(str(path) for path in inside if path.parts[0] != "var")
+
+
+@pytest.fixture
+def package(programs, tmp_path):
+    if shutil.which("dpkg") is None:
+        pytest.skip("there is no dpkg")
+    subprocess.run(
+        ["cpack", "-B", tmp_path / "made", "--config", programs.parent / "CPackConfig.cmake"],
+        cwd=tmp_path,
+        check=True,
+        capture_output=True,
+    )
+    (made,) = (tmp_path / "made").glob("*.deb")
+    return made
+
+
+@pytest.fixture
+def root(tmp_path):
+    made = tmp_path / "root"
+    (made / "var/lib/dpkg/info").mkdir(parents=True)
+    (made / "var/lib/dpkg/updates").mkdir()
+    (made / "var/lib/dpkg/status").touch()
+    return made
+
+
+def test_the_package_installs_runs_and_is_removed_without_a_trace(package, root):
+    dpkg(root, "--install", package)
+    assert "ok installed" in dpkg(root, "--status", "ventrik")
+    for program in ("ventrik", "kelmora-bench", "surface-png"):
+        assert os.access(root / "usr/bin" / program, os.X_OK)
+    for file in (
+        "man/man1/ventrik.1",
+        "man/man1/kelmora-bench.1",
+        "bash-completion/completions/kelmora-bench",
+        "doc/ventrik/user-guide.md",
+    ):
+        assert (root / "usr/share" / file).exists(), file
+
+    place = Place(root / "usr/bin")
+    try:
+        search_a_town(place, root / "usr/share/doc/ventrik")
+    finally:
+        place.close()
+
+    dpkg(root, "--purge", "ventrik")
+    assert files_in(root) == []
+
+
+def search_a_town(place, docs):
+    """Plays an installed example with the installed programs."""
+    place.engine()
+    batch = place.work / "search.batch"
+    subprocess.run([docs / "tools/make_batch.sh", docs / "examples/search.txt", batch], check=True)
+    played = subprocess.run(
+        [place.programs / "ventrik"],
+        input=b'\nbatch("search.batch")\n',
+        capture_output=True,
+        timeout=PATIENCE,
+        env=place.environment(),
+        cwd=place.work,
+    )
+    assert played.returncode == 0
+    assert "<CTY>Passau<*><GEO>13.43122 48.56650<*>" in played.stdout.decode()
