@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <stdexcept>
+#include <utility>
 
 #include "state/process_state.h"
 #include "tests/support/recorded_console.h"
@@ -14,23 +15,27 @@ namespace {
 
 constexpr const wchar_t* kWord = L"\033[1;31mError: Out of memory!\n\033[0;37m";
 
-// A console that has no memory either.
+// A console that fails as well.
+template <class Fault>
 class FailingConsole : public Logger {
  public:
-  FailingConsole() : before_(logger) { logger = this; }
+  explicit FailingConsole(Fault fault) : fault_(std::move(fault)), before_(logger) {
+    logger = this;
+  }
   ~FailingConsole() override { logger = before_; }
   FailingConsole(const FailingConsole&) = delete;
   FailingConsole& operator=(const FailingConsole&) = delete;
 
   int print(const wchar_t*, ...) override {
     ++prints;
-    throw std::bad_alloc();
+    throw fault_;
   }
-  int printTo(std::FILE*, const wchar_t*, ...) override { throw std::bad_alloc(); }
+  int printTo(std::FILE*, const wchar_t*, ...) override { throw fault_; }
 
   int prints = 0;
 
  private:
+  const Fault fault_;
   Logger* const before_;
 };
 
@@ -62,7 +67,7 @@ TEST(OutOfMemory, WorkWithoutMemoryIsDroppedWithAllItHeld) {
 }
 
 TEST(OutOfMemory, NoMemoryForTheWordIsNoFault) {
-  FailingConsole console;
+  FailingConsole console{std::bad_alloc()};
   EXPECT_FALSE(RunIfMemoryLasts([] { throw std::bad_alloc(); }));
   EXPECT_EQ(console.prints, 1);
 }
@@ -78,6 +83,8 @@ TEST(OutOfMemory, OtherFaultsPassThrough) {
   tests::RecordedConsole console;
   EXPECT_THROW(RunIfMemoryLasts([] { throw std::logic_error("other"); }), std::logic_error);
   EXPECT_EQ(console.TakeText(), L"");
+  FailingConsole failing{std::logic_error("of the console")};
+  EXPECT_THROW(RunIfMemoryLasts([] { throw std::bad_alloc(); }), std::logic_error);
 }
 
 }  // namespace

@@ -178,6 +178,9 @@ class Program:
     def __init__(self, place, name, *options, **environment):
         sanitizer = os.environ.get("ASAN_OPTIONS", "")
         environment["ASAN_OPTIONS"] = f"{sanitizer}:quarantine_size_mb=1"
+        kept = place.work / "kept.supp"  # the sets of weather images, which live for ever
+        kept.write_text("leak:ventrik::findResourceSets\n")
+        environment["LSAN_OPTIONS"] = f"suppressions={kept}:print_suppressions=0"
         self.process = subprocess.Popen(
             [place.program(name), *options],
             stdin=subprocess.PIPE,
