@@ -47,16 +47,31 @@ int NextUnit(std::FILE* file) {
   return high == EOF ? kNoUnit : low + 256 * high;
 }
 
+bool EndsLine(int unit) {
+  return unit == '\n' || unit == '\r' || unit == kNoUnit;
+}
+
+// What a line that there is no memory for leaves in the file would be taken for a line.
+struct RestSkipped {
+  ~RestSkipped() {
+    while (!lineEnded) lineEnded = EndsLine(NextUnit(file));
+  }
+  std::FILE* const file;
+  bool lineEnded = false;
+};
+
 // Reads the next line that isn't empty into `line`, which is; there is none if it stays so.
 void ReadLine(std::FILE* file, std::wstring& line) {
-  if (std::ferror(file) != 0) return;  // the end of a file is met again, an error might not be
+  if (std::feof(file) != 0 || std::ferror(file) != 0) return;  // neither may pass with time
+  RestSkipped rest{file};
   for (int unit = NextUnit(file); unit != kNoUnit; unit = NextUnit(file)) {
-    if (unit != '\n' && unit != '\r') {
+    if (!EndsLine(unit)) {
       line += static_cast<wchar_t>(unit);
     } else if (!line.empty()) {
-      return;
+      break;
     }
   }
+  rest.lineEnded = true;
 }
 
 // The echo shows the line as it stands in the file; responses wait meanwhile.

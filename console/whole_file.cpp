@@ -10,24 +10,24 @@
 
 #include "console/open_file.h"
 #include "platform/cancellation.h"
+#include "platform/unique_fd.h"
 
 namespace ventrik {
 
 std::optional<std::string> ReadWholeFile(const char* path) {
   const platform::CancellationDisabled whole;
-  const int descriptor = OpenWithoutWaiting(path, O_RDONLY);
-  if (descriptor == -1) return std::nullopt;
+  const platform::UniqueFd file(OpenWithoutWaiting(path, O_RDONLY));
+  if (!file) return std::nullopt;
   std::string bytes;
   struct stat status = {};
-  if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
+  if (fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode)) {
     bytes.reserve(static_cast<std::size_t>(status.st_size));
   }
   std::array<char, 65536> part;
   ssize_t count = 0;
-  while ((count = read(descriptor, part.data(), part.size())) > 0) {
+  while ((count = read(file.get(), part.data(), part.size())) > 0) {
     bytes.append(part.data(), static_cast<std::size_t>(count));
   }
-  close(descriptor);
   return bytes;
 }
 

@@ -25,10 +25,13 @@ constexpr int kListenerCancelled = EINTR;  // what the sender of an abandoned me
 
 }  // namespace
 
-// The connection, shared with the threads that use it at the moment.
+// The connection, shared with the threads that use it at the moment. Without a peer if there is
+// nobody to connect to.
 struct COMMUNICATION_LAYER::Client {
-  explicit Client(IpcPeer* opened) : peer(opened) {}
-  ~Client() { ipc_close(peer); }
+  explicit Client(const std::string& server) : peer(ipc_open(server.c_str())) {}
+  ~Client() {
+    if (peer != nullptr) ipc_close(peer);
+  }
   Client(const Client&) = delete;
   Client& operator=(const Client&) = delete;
 
@@ -52,9 +55,8 @@ bool COMMUNICATION_LAYER::Connect() {
   while (!client_.Copy()) {
     const std::string name = channelName_.Copy();
     ipc_init();
-    IpcPeer* peer = ipc_open(name.c_str());
-    if (peer == nullptr) return false;
-    auto client = std::make_shared<Client>(peer);
+    auto client = std::make_shared<Client>(name);
+    if (client->peer == nullptr) return false;
     // A server switched away from during the handshake is not the one to talk to.
     if (channelName_.Copy() == name) client_.Store(std::move(client));
   }

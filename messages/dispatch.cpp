@@ -160,13 +160,12 @@ void HandleServerMessage(ClientApp& app, ResponsePrinter& printer, const void* m
   // A silenced response still ends a wait.
   if (functionId == waitResponseId) waitResponseId = 0;
   if (silenced) return;
-  RunIfMemoryLasts([&] {
-    std::string text = MessageText(block);
-    text += assigned;
-    ActOn(printer, block, text, whole);
-    if (followMessage != nullptr) followMessage(app, block);
-    QueueResponseText(printer, text);
-  });
+  // Each by itself: what a message makes the tester do isn't lost with its text.
+  std::string text;
+  RunIfMemoryLasts([&] { text = MessageText(block) + assigned; });
+  RunIfMemoryLasts([&] { ActOn(printer, block, text, whole); });
+  if (followMessage != nullptr) RunIfMemoryLasts([&] { followMessage(app, block); });
+  RunIfMemoryLasts([&] { QueueResponseText(printer, text); });
 }
 
 }  // namespace ventrik

@@ -38,21 +38,24 @@ void PrintListenError(int result) {
   logger->print(L"\n");
 }
 
+// Takes one message, or tells why there is none.
+void ListenOnce(ListenerStart& start) {
+  const int received = start.layer.Receive(start.buffer.data(), start.buffer.size());
+  if (received >= 1) {
+    HandleServerMessage(start.app, start.printer, start.buffer.data(),
+                        static_cast<std::size_t>(received - 1));
+  } else {
+    // Without a pause: a server that stays away gives a fast stream of these lines.
+    PrintListenError(received);
+  }
+}
+
 void* ListenerThread(void* argument) {
   const std::unique_ptr<ListenerStart> start(static_cast<ListenerStart*>(argument));
   const std::lock_guard<std::mutex> turn(listenerTurn);
-  std::vector<char>& buffer = start->buffer;
   while (!stopRequested) {
-    int received = -1;
-    RunIfMemoryLasts([&] { received = start->layer.Receive(buffer.data(), buffer.size()); });
-    if (received >= 1) {
-      HandleServerMessage(start->app, start->printer, buffer.data(),
-                          static_cast<std::size_t>(received - 1));
-    } else {
-      // Without a pause: a server that stays away gives a fast stream of these lines.
-      PrintListenError(received);
-      pthread_testcancel();
-    }
+    RunIfMemoryLasts([&] { ListenOnce(*start); });
+    pthread_testcancel();
   }
   std::fflush(stdout);
   return nullptr;

@@ -4,11 +4,12 @@
 // The tester's own code throws nothing, but the library's containers do when there is no memory.
 // Left alone, that would end the process, and with it a run of hours, for one list too long. Each
 // door lets go of what its work held, by the guards on its stack, says so, and takes the next one.
-// Only this one exception is caught: a cancelled thread unwinds through a door as if it weren't
-// there.
+// Only these two exceptions are caught, no memory and more than there can ever be: a cancelled
+// thread unwinds through a door as if it weren't there.
 #pragma once
 
 #include <new>
+#include <stdexcept>
 #include <utility>
 
 namespace ventrik {
@@ -25,9 +26,10 @@ bool RunIfMemoryLasts(Work&& work) {
     std::forward<Work>(work)();
     return true;
   } catch (const std::bad_alloc&) {
-    SayOutOfMemory();
-    return false;
+  } catch (const std::length_error&) {
   }
+  SayOutOfMemory();
+  return false;
 }
 
 }  // namespace ventrik

@@ -210,16 +210,17 @@ bool Channel::TakePulse(void* message, std::size_t bytes) {
 }
 
 void Channel::AcceptAll() {
+  AcceptLater(true);  // stays so if there is no memory for a peer
   bool outOfDescriptors = false;
   for (;;) {
     auto inlet = std::make_shared<Inlet>();
+    inlet->arrived.reserve(kReadAhead);  // a message needs no memory then
     inlet->descriptor = AcceptFrom(listener_.get(), inlet->pid);
     if (!inlet->descriptor) {
       outOfDescriptors = errno != EAGAIN;
       break;
     }
     inlet->channel = weak_from_this();
-    inlet->arrived.reserve(kReadAhead);  // a message needs no memory then
     const std::lock_guard<std::mutex> hold(lock_);
     inlet->key = lastKey_++;
     inlets_[inlet->key] = inlet;
@@ -228,8 +229,12 @@ void Channel::AcceptAll() {
       inlets_.erase(inlet->key);
     }
   }
+  AcceptLater(outOfDescriptors);
+}
+
+void Channel::AcceptLater(bool wanted) {
   const std::lock_guard<std::mutex> hold(lock_);
-  acceptLater_ = outOfDescriptors;
+  acceptLater_ = wanted;
 }
 
 std::shared_ptr<Inlet> Channel::Find(std::uint64_t key) {

@@ -79,6 +79,7 @@ class Channel : public std::enable_shared_from_this<Channel> {
   bool WaitForEvent(std::uint64_t& key, std::uint32_t& events, const Deadline& deadline);
   bool TakePulse(void* message, std::size_t bytes);
   void AcceptAll();
+  void AcceptLater(bool wanted);
   void LookAgain();
   int TakeMessage(std::uint64_t key, std::uint32_t events, void* message, std::size_t bytes,
                   _msg_info* info);
@@ -97,7 +98,7 @@ class Channel : public std::enable_shared_from_this<Channel> {
   std::uint64_t lastKey_ = 0;
   std::deque<_pulse> pulses_;
   bool destroyed_ = false;
-  bool acceptLater_ = false;  // connections wait that no descriptor was free for
+  bool acceptLater_ = false;  // connections may wait that nothing was free for
 };
 
 // The process's channels by id, and its messages in hand by receive id. Any thread.

@@ -64,6 +64,17 @@ def test_line_that_grows_beyond_memory_is_dropped_and_what_it_was_to_change_is_k
     works_again(place, tester, engine)
 
 
+def test_line_of_a_file_that_is_too_long_for_memory_is_dropped_to_its_end(place):
+    engine = place.engine()
+    tester = place.tester().see("Press ENTER")
+    place.batch("long.batch", "#" + "no command, " * 400_000 + '\nz="2"\n')
+    with NoMemory(tester.child.pid, more=1 << 20):
+        tester.command('batch("long.batch")').see(OUT_OF_MEMORY)
+        tester.see("Variable 'z' has new value '2'")
+    assert tester.text().count("Error:") == 1, "no part of it is run"
+    works_again(place, tester, engine)
+
+
 def answered_at_length(place, message, fields):
     """A rule that answers a question for the version with as much as a message holds, once, and
     late enough for a line that waits for it."""
