@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdarg>
 #include <cstring>
 #include <cwchar>
 #include <random>
@@ -60,35 +61,65 @@ bool PlainField(std::FILE* file, std::uint32_t& value) {
   return true;
 }
 
-std::uint64_t PlainScan(const char* path) {
+// Returns where the record ends that it can't read.
+long PlainScan(const char* path) {
   std::FILE* file = std::fopen(path, "rb");
   static std::uint8_t payload[8192];
   std::uint64_t sum = 0;
+  bool isReadable = true;
   std::uint32_t time = 0;
   std::uint32_t length = 0;
   while (PlainField(file, time) && PlainField(file, length) && length <= sizeof payload) {
-    for (std::uint32_t i = 0; i < length; ++i) {
-      const int high = std::fgetc(file);
-      const int low = std::fgetc(file);
-      if (high == EOF || low == EOF) break;
-      payload[i] = static_cast<std::uint8_t>(HexDigit(static_cast<char>(high)) << 4 |
-                                             HexDigit(static_cast<char>(low)));
+    for (std::uint32_t i = 0; i < length && isReadable; ++i) {
+      const int high = HexDigit(static_cast<char>(std::fgetc(file)));
+      const int low = HexDigit(static_cast<char>(std::fgetc(file)));
+      isReadable = (high | low) >= 0;
+      payload[i] = static_cast<std::uint8_t>(high * 16 + low);
     }
+    if (!isReadable) break;
     sum += time + payload[length - 1];
     char end = 0;
     if (std::fread(&end, 1, 1, file) == 1 && end != '\n') std::fseek(file, -1, SEEK_CUR);
   }
+  benchmark::DoNotOptimize(sum);
+  const long end = std::ftell(file);
   std::fclose(file);
-  return sum;
+  return end;
 }
+
+// Notes the position that a replay tells when it can't read a record.
+class EndNote : public SilentLogger {
+ public:
+  int print(const wchar_t* format, ...) override {
+    if (std::wcsncmp(format, L"Error, can't read", 17) != 0) return 0;
+    va_list arguments;
+    va_start(arguments, format);
+    va_arg(arguments, unsigned);  // the length
+    end = va_arg(arguments, unsigned);
+    va_end(arguments);
+    return 0;
+  }
+
+  unsigned end = 0;
+};
 
 void ScanBesideFgetc(benchmark::State& state) {
   const std::string log = scratch->Write("records", MakeRecords(kLogSize));
   static ClientApp app;
-  RunBeside(
-      state, static_cast<double>(kLogSize),
-      [&] { benchmark::DoNotOptimize(PlainScan(log.c_str())); },
-      [&] { RunBatchlog(app, log.c_str(), 1.0, 0); });
+  EndNote note;
+  Logger* const before = std::exchange(logger, &note);
+  long end = 0;
+  const Comparison seconds = Compare(
+      state, [&] { return ProcessorSecondsOf([&] { end = PlainScan(log.c_str()); }); },
+      [&] {
+        note.end = 0;
+        return ProcessorSecondsOf([&] { RunBatchlog(app, log.c_str(), 1.0, 0); });
+      });
+  logger = before;
+  if (end < static_cast<long>(kLogSize) || note.end != static_cast<unsigned long>(end)) {
+    return state.SkipWithError("the two end at different records");
+  }
+  ReportSpeed(state, static_cast<double>(kLogSize), seconds);
 }
 BENCHMARK(ScanBesideFgetc)->UseManualTime()->Iterations(Rounds(7))->Unit(benchmark::kMillisecond);
 

@@ -28,6 +28,9 @@ struct CommandRow {
   ParameterKind parameters[kMaxParameters] = {};
   // With fewer parameters the row doesn't match, and no wrong number is reported.
   std::uint32_t leastCount = 0;
+  // How many it makes use of, where `run` decides that; for the tables of docs/reference.md. Else
+  // null.
+  const char* usedCount = nullptr;
 };
 
 struct CommandRows {

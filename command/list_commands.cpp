@@ -92,7 +92,12 @@ void RunCitems(ClientApp& app, CommandLine&) {
 constexpr CommandRow kListCommands[] = {
     {L"citem", 1, RunCitem, {"list"}},
     {L"citems", 0, RunCitems},
-    {L"item", 0, RunItem, {"type", "list", {"text", ParseRouteMode}, "strings"}},
+    {L"item",
+     0,
+     RunItem,
+     {"type", "list", {"text or number", ParseRouteMode}, "strings"},
+     0,
+     "4 with SDestinationElementList, else 3"},
     {L"litem", 1, RunLitem, {"list"}},
 };
 

@@ -107,7 +107,7 @@ void RunWeather(ClientApp&, CommandLine& line) {
 constexpr CommandRow kLocalCommands[] = {
     {L"batch", 1, RunBatch, {"path"}},
     {L"help", 0, RunHelp},
-    {L"prompt", 1, RunPrompt, {"on/off"}},
+    {L"prompt", 1, RunPrompt, {"on or off"}},
     {L"quit", 0, RunQuit},
     {L"rldresp", 1, RunRldresp, {"on/off"}},
     {L"scroll", 1, RunScroll, {"on/off"}},
@@ -119,7 +119,7 @@ constexpr CommandRow kLocalCommands[] = {
     {L"varconcat", 2, RunVarconcat, {"name", "name or text"}},
     {L"wait", 1, RunWait, {"seconds"}},
     {L"waitresp", 1, RunWaitresp, {"number"}},
-    {L"weather", 1, RunWeather, {"on/off"}},
+    {L"weather", 1, RunWeather, {"on or off"}},
 };
 
 }  // namespace

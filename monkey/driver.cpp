@@ -94,7 +94,7 @@ bool ObeyStopRequest(Monkey& monkey) {
     logger->print(L"Monkey stopped for %d seconds.\n", request);
     Pause(static_cast<unsigned>(request) * kMicrosecondsPerSecond);
   }
-  monkey.stopRequest = 0;
+  SetStopRequest(monkey, 0);
   return request > 0;
 }
 
@@ -143,7 +143,7 @@ void* MonkeyThread(void* parameters) {
   const std::unique_ptr<StartBlock> start(static_cast<StartBlock*>(parameters));
   const std::lock_guard<std::mutex> turn(monkeyTurn);
   pthread_testcancel();  // another one may have been started while this one waited
-  LiveAsMonkey(start->app, Monkey::Instance(), start->count);
+  RunIfMemoryLasts([&] { LiveAsMonkey(start->app, Monkey::Instance(), start->count); });
   logger->print(L"Monkey finished.\n");
   return nullptr;
 }
@@ -171,7 +171,7 @@ void RunMonkey(ClientApp& app, CommandLine& line) {
 }
 
 void RunStopmonkey(ClientApp&, CommandLine& line) {
-  Monkey::Instance().stopRequest = FirstNumber(line);
+  SetStopRequest(Monkey::Instance(), FirstNumber(line));
 }
 
 constexpr CommandRow kMonkeyCommands[] = {

@@ -13,6 +13,10 @@ void SetMonkeyRunning(Monkey& monkey, bool runs) {
   monkey.monkeyRunning = runs;
 }
 
+void SetStopRequest(Monkey& monkey, std::int32_t seconds) {
+  monkey.stopRequest = seconds;
+}
+
 void SetActiveRoute(Monkey& monkey, bool isActive) {
   monkey.activeRoute = isActive;
 }

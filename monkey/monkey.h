@@ -2,9 +2,9 @@
 // The monkey: a thread that sends the engine one random command a second and follows its answers.
 //
 // Plain data; what is done with it stands in the headers beside. Fields without a Guarded<> belong
-// to the monkey's thread, of which there is one at a time. The others are shared with the listener,
-// which follows the answers, and hold together each for itself: parts of one line may stem from
-// different moments of a search.
+// to the monkey's thread, of which there is one at a time, but for three plain words that have a
+// function each to write them. The others are shared with the listener, which follows the answers,
+// and hold together each for itself: parts of one line may stem from different moments of a search.
 #pragma once
 
 #include <cstdint>
@@ -81,8 +81,10 @@ struct Monkey {
   Guarded<std::vector<std::wstring>> recentGeoResults;  // details with a position, oldest first
 };
 
-// The two words that more than one thread writes are written here only. Any thread.
+// The three words that threads share without a lock are written here only, so that
+// tests/thread_sanitizer.supp can name who does. Any thread.
 void SetMonkeyRunning(Monkey& monkey, bool runs);
+void SetStopRequest(Monkey& monkey, std::int32_t seconds);
 void SetActiveRoute(Monkey& monkey, bool isActive);
 
 }  // namespace ventrik

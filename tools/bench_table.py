@@ -16,7 +16,7 @@ GOAL_LINE = re.compile(r"(?P<row>\S+)\s+(?:(?P<sign>[<>]=)\s*(?P<limit>\d+(?:\.\
                        r"(?P<says>\S.*)")
 # What Google Benchmark adds to a name.
 ADDED = re.compile(r"/(iterations:\d+|repeats:\d+|manual_time|process_time|real_time|threads:\d+)")
-FIGURES = ("ours", "anchor", "ratio", "ratio_low", "ratio_high", "tenfold")
+FIGURES = ("ours", "anchor", "ratio", "ratio_low", "ratio_high", "tenfold", "allocations")
 
 
 class Trouble(Exception):
@@ -133,8 +133,11 @@ def verdict(row):
 def line_of(row):
     ratio = f"{row['ratio']:.3f}" if "ratio" in row else "-"
     spread = f"{row['ratio_low']:.2f}..{row['ratio_high']:.2f}" if "ratio_low" in row else ""
+    unit = row["unit"]
+    if "allocations" in row:
+        unit += f", allocations: {figure(row['allocations'])}"
     return (ratio, spread, row["goal"] or "report", verdict(row), figure(row.get("ours")),
-            figure(row.get("anchor")), row["unit"], row["says"])
+            figure(row.get("anchor")), unit, row["says"])
 
 
 HEADS = ("ratio", "half of all", "goal", "", "ours", "anchor", "unit", "what")

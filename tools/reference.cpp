@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // Writes docs/reference.md, the tables of commands, messages and words, to standard output.
 //
-// Nothing is listed here. The rows are those that the program itself runs by; which message a
-// command sends is seen by running it, what a word stands for by having it read, and what the bench
-// engine answers by handing the message to its model.
+// No command, message or word is listed here. The rows are those that the program itself runs by;
+// which message a command sends is seen by running it, what a word stands for by having it read,
+// and what the bench engine answers by handing the message to its model. Listed are a parameter of
+// each kind to try a command with, and which printers show numbers as words.
 #include <algorithm>
 #include <cstdio>
 #include <set>
@@ -175,6 +176,7 @@ std::string Parameters(const CommandRow& row, const MessageLayout* layout) {
   }
   std::string text = Join(parameters);
   if (count > 0 && row.expectedCount == 0) {
+    if (row.usedCount != nullptr) return text + " (" + row.usedCount + ")";
     text += row.leastCount == 0 ? " (any number of them)"
                                 : " (" + std::to_string(row.leastCount) + " or more)";
   }

@@ -184,7 +184,11 @@ TEST_F(EngineFaultsTest, WhatTheyStruckIsTold) {
   EXPECT_EQ(client.ReceiveName(), "RESP_INIT");
   const std::string process = std::to_string(getpid());
   // The answer is told when the engine knows that it was taken, which the client knows before.
-  while (ReadFile("log").find("-> " + process + " RESP_INIT") == std::string::npos) usleep(1000);
+  // If it never is, the comparison below shows what is missing.
+  const auto told = [&] {
+    return ReadFile("log").find("-> " + process + " RESP_INIT") != std::string::npos;
+  };
+  for (int i = 0; i < 10'000 && !told(); ++i) usleep(1000);
   EXPECT_EQ(engine->End(), 0);
   std::string log;
   std::istringstream lines(ReadFile("log"));

@@ -65,6 +65,8 @@ TEST(CommandTable, EachRowTellsAsManyParametersAsItTakes) {
     }
     const bool anyNumber = row.expectedCount == 0;
     EXPECT_TRUE(anyNumber || told == row.expectedCount) << row.keyword;
+    EXPECT_GE(told, row.leastCount) << row.keyword;
+    EXPECT_TRUE(anyNumber || row.usedCount == nullptr) << row.keyword;
   }
 }
 

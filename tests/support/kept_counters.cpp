@@ -25,8 +25,15 @@ void WriteCounters(int) {
   kill(getpid(), SIGKILL);
 }
 
+// Before the writing of an end that has begun: a signal in the middle of it would wait for its
+// lock.
+void LeaveSignal() {
+  signal(SIGUSR2, SIG_IGN);
+}
+
 __attribute__((constructor)) void TakeSignal() {
   signal(SIGUSR2, WriteCounters);
+  std::atexit(LeaveSignal);
 }
 
 }  // namespace
@@ -34,11 +41,13 @@ __attribute__((constructor)) void TakeSignal() {
 extern "C" {
 
 void _exit(int status) {
+  LeaveSignal();
   __gcov_dump();
   for (;;) syscall(SYS_exit_group, status);
 }
 
 void abort() {
+  LeaveSignal();
   __gcov_dump();
   using Abort = void (*)();
   reinterpret_cast<Abort>(dlsym(RTLD_NEXT, "abort"))();

@@ -17,7 +17,7 @@ import pexpect
 import pyte
 import pytest
 
-from own_shared_memory import take_own_shared_memory
+from own_shared_memory import take_own_shared_memory, trouble_with_own_shared_memory
 
 NEGATIVE_MOVE = re.compile(r"\x1b\[-\d+C")
 UNFINISHED = re.compile(r"\x1b(\[-?\d*)?$")
@@ -31,9 +31,13 @@ def pytest_addoption(parser):
     parser.addoption("--programs", required=True, help="the folder of ventrik and kelmora-bench")
 
 
-def pytest_configure():
+def pytest_configure(config):
     if "PYTEST_XDIST_WORKER" in os.environ:
         take_own_shared_memory()
+    elif config.getoption("numprocesses", None):
+        trouble = trouble_with_own_shared_memory()
+        if trouble:
+            pytest.exit(f"-n needs the right to mount a /dev/shm for each worker: {trouble}", 4)
 
 
 class Place:

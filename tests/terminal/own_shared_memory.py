@@ -22,3 +22,16 @@ def take_own_shared_memory():
     _checked(libc.unshare(NEW_MOUNTS))
     _checked(libc.mount(b"none", b"/", None, RECURSIVE_PRIVATE, None))
     _checked(libc.mount(b"tmpfs", b"/dev/shm", b"tmpfs", 0, b"mode=1777"))
+
+
+def trouble_with_own_shared_memory():
+    """What a process that takes its own is told by the system, or None if it may."""
+    child = os.fork()
+    if child == 0:
+        try:
+            take_own_shared_memory()
+            os._exit(0)
+        except OSError as error:
+            os._exit(error.errno)
+    error = os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
+    return os.strerror(error) if error else None

@@ -140,6 +140,10 @@ def test_every_command_has_an_example():
     assert commands - typed == set()
 
 
+# What comes once there is an event, which no session of that command makes.
+COMES_LATER = {"tmci": {"812", "813"}}
+
+
 def test_the_answers_of_the_tables_are_those_that_come():
     known = {
         row[0].strip("`"): set(re.findall(r"(\d+) `", row[3]))
@@ -154,7 +158,9 @@ def test_the_answers_of_the_tables_are_those_that_come():
             if keyword(typed) == command
             for name in re.findall(r"^(\w+)> ", "\n".join(lines), flags=re.MULTILINE)
         }
-        assert numbers & (known[command] | shown), f"{command}: {numbers}"
+        later = COMES_LATER.get(command, set())
+        assert numbers - later <= known[command] | shown, f"{command}: {numbers}"
+        assert not later & (known[command] | shown), f"{command}: comes at once"
         seen += 1
     assert seen > 35
 
@@ -184,15 +190,31 @@ def things_to_try():
     return [text for text in quoted if not text.startswith(("./run", "tools/", "init", "batch("))]
 
 
+# What is seen of a thing to try before the next one is typed.
+SIGHTS = {
+    'spell("<GEOC>Germany<*>$$state$$<CTY>P<*>")': ['offeredCharacters: "assau"'],
+    "monkey": ["MONKEY:vers"],
+    "stopmonkey": ["Monkey finished."],
+    'batchlog("logs/drive.log","4")': ["rnew("],
+    'map("<MID>1<*><MVI>1<*><MZ>200000<*>")': ["start drawing"],
+}
+
+
 def test_what_readme_has_one_try_works(place):
     shutil.copytree(ROOT / "examples", place.work, dirs_exist_ok=True)
     (place.work / "monkey_config.txt").write_text("[vers]\ndefault = 1\n")
     place.engine()
-    lines = "".join(f'{line}\nwait("1")\n' for line in things_to_try())
-    text = play_text(place, f'init\nwaitresp("1")\n{lines}quit\n')
-    assert "Error" not in text
-    for sight in ('offeredCharacters: "assau"', "Monkey finished.", "rnew(", "start drawing"):
-        assert sight in text, f"{sight!r} isn't in:\n{text}"
+    tester = place.tester(columns=200).see("Press ENTER")
+    tester.command("init").see("initialized successfully")
+    awaited_sights = dict(SIGHTS)
+    for line in things_to_try():
+        tester.command(line)
+        for sight in awaited_sights.pop(line, ()):
+            tester.see(sight)
+    assert not awaited_sights, "README has no such line"
+    tester.command("quit")
+    assert tester.ends_with() == 0
+    assert "Error" not in tester.text()
 
 
 def test_readme_makes_the_batch_file_that_it_has_one_play(tmp_path):
