@@ -8,6 +8,11 @@ if(VENTRIK_SANITIZE)
     add_compile_options(-fno-sanitize=vptr)
   endif()
   add_link_options(-fsanitize=${VENTRIK_SANITIZE})
+  if(VENTRIK_SANITIZE MATCHES address)
+    # How a cancelled thread unwinds, for the sanitizer to see; that source says more.
+    add_library(ventrik_seen_unwinding OBJECT ${PROJECT_SOURCE_DIR}/tests/support/seen_unwinding.cpp)
+    link_libraries($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:ventrik_seen_unwinding>>)
+  endif()
   if(VENTRIK_SANITIZE MATCHES thread)
     # What a program waits with, for the sanitizer to understand; see what this source says.
     add_library(ventrik_seen_waits OBJECT ${PROJECT_SOURCE_DIR}/tests/support/seen_waits.cpp)
