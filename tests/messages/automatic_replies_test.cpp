@@ -240,7 +240,6 @@ TEST_P(AutomaticReply, WaitsForTheCommandThatHoldsTheLock) {
 }
 
 TEST_P(AutomaticReply, OfAThreadCancelledInItsWaitForTheLockIsNotSent) {
-  SKIP_IF_UNWINDING_IS_NOT_SEEN();
   server_.onSend = pthread_testcancel;
   std::promise<void> starting;
   LockCommands();
@@ -258,7 +257,6 @@ TEST_P(AutomaticReply, OfAThreadCancelledInItsWaitForTheLockIsNotSent) {
 }
 
 TEST_P(AutomaticReply, OfAThreadCancelledInItsSendReleasesTheLock) {
-  SKIP_IF_UNWINDING_IS_NOT_SEEN();
   std::promise<void> sending;
   server_.onSend = [&] {
     sending.set_value();

@@ -17,14 +17,6 @@
 
 namespace ventrik::tests {
 
-// Where a cancelled thread's stack is unwound, the address sanitizer goes on guarding the frames
-// that are gone, and takes the destructors that use their place for faults.
-#ifdef __SANITIZE_ADDRESS__
-#define SKIP_IF_UNWINDING_IS_NOT_SEEN() GTEST_SKIP() << "the sanitizer misses unwinding here"
-#else
-#define SKIP_IF_UNWINDING_IS_NOT_SEEN() static_cast<void>(0)
-#endif
-
 class HandlingTest : public testing::Test {
  protected:
   HandlingTest() { Reset(); }

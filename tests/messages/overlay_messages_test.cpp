@@ -201,7 +201,6 @@ TEST_F(OverlayMessages, OfferTakesNoCommandLock) {
 }
 
 TEST_F(OverlayMessages, CancelledThreadEndsInTheOfferAndNotBefore) {
-  SKIP_IF_UNWINDING_IS_NOT_SEEN();
   weatherOn = 1;
   server_.onSend = pthread_testcancel;
   console_.onPrint = [](const std::wstring&) { pthread_testcancel(); };
@@ -217,7 +216,6 @@ TEST_F(OverlayMessages, CancelledThreadEndsInTheOfferAndNotBefore) {
 }
 
 TEST_F(OverlayMessages, OfferThatHangsCanBeCancelled) {
-  SKIP_IF_UNWINDING_IS_NOT_SEEN();
   weatherOn = 1;
   std::promise<void> sending;
   server_.onSend = [&] {

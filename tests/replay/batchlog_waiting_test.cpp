@@ -162,7 +162,6 @@ TEST_F(BatchlogWaitingTest, StopWithAnErrorBehindItIsAStop) {
 }
 
 TEST_F(BatchlogWaitingTest, CancelledInADelayItLeavesThePhasesAndNothingElse) {
-  SKIP_IF_UNWINDING_IS_NOT_SEEN();
   const int before = CountDescriptors();
   std::atomic<int> told = 0;
   std::promise<void> waits;
@@ -185,7 +184,6 @@ TEST_F(BatchlogWaitingTest, CancelledInADelayItLeavesThePhasesAndNothingElse) {
 }
 
 TEST_F(BatchlogWaitingTest, CancelledInThePauseItLeavesNothing) {
-  SKIP_IF_UNWINDING_IS_NOT_SEEN();
   std::promise<void> asks;
   console_.onPrint = [&asks](const std::wstring& text) {
     if (text == kPressC) asks.set_value();
@@ -199,7 +197,6 @@ TEST_F(BatchlogWaitingTest, CancelledInThePauseItLeavesNothing) {
 }
 
 TEST_F(BatchlogWaitingTest, CancelledInASendItReleasesTheLock) {
-  SKIP_IF_UNWINDING_IS_NOT_SEEN();
   std::promise<void> sends;
   server_.onSend = [&sends] {
     sends.set_value();
@@ -217,7 +214,6 @@ TEST_F(BatchlogWaitingTest, CancelledInASendItReleasesTheLock) {
 }
 
 TEST_F(BatchlogWaitingTest, SilentPassWithoutAnEndCanBeCancelled) {
-  SKIP_IF_UNWINDING_IS_NOT_SEEN();
   std::promise<void> begins;
   console_.onPrint = [&begins](const std::wstring&) { begins.set_value(); };
   CancellableThread replay([this] { RunBatchlog(app_, "/dev/zero", 1.0, 0); });
